@@ -1,0 +1,18 @@
+# Kernel sources named after an instruction set are built with that set's flags, and only for
+# processors that have it. Every other source is built for the baseline of the platform.
+
+set(quorvel_kernel_flags_sse2 -msse2)
+set(quorvel_kernel_flags_avx2 -mavx2 -mno-fma)
+set(quorvel_kernel_flags_avx512 -mavx512f -mavx512dq -mavx512vl -mno-fma)
+
+foreach(set IN ITEMS sse2 avx2 avx512)
+  set(source "${PROJECT_SOURCE_DIR}/src/ops/kernels/${set}.cpp")
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+    if(EXISTS "${source}")
+      set_source_files_properties("${source}" PROPERTIES
+        COMPILE_OPTIONS "${quorvel_kernel_flags_${set}}")
+    endif()
+  else()
+    list(REMOVE_ITEM quorvel_sources "${source}")
+  endif()
+endforeach()
