@@ -1,0 +1,6 @@
+#ifndef QUORVEL_REGULARSPARSEMATRIX_H
+#define QUORVEL_REGULARSPARSEMATRIX_H
+
+#include "quorvel/Matrix.h"
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef QUORVEL_SYMMETRICSPARSEMATRIX_H
+#define QUORVEL_SYMMETRICSPARSEMATRIX_H
+
+#include "quorvel/Matrix.h"
+
+#endif

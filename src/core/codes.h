@@ -1,0 +1,49 @@
+// Operation codes and offsets: the thrown number is code + offset, unless it is one of the fixed codes.
+#ifndef QUORVEL_CORE_CODES_H
+#define QUORVEL_CORE_CODES_H
+
+namespace quorvel::detail::offset {
+
+inline constexpr int null_pointer = 10000;  // a required pointer is null
+inline constexpr int insertion = 30000;     // an insertion position lies beyond the extent
+inline constexpr int shape = 40000;         // size, shape or index range; empty or dispensable where none may be
+inline constexpr int not_ok = 50000;        // an operand is not ok
+inline constexpr int range = 60000;         // a removal or range failure
+
+}  // namespace quorvel::detail::offset
+
+namespace quorvel::detail::code {
+
+// Checks whose operation has no code of its own.
+inline constexpr int none = 0;
+
+// Core and dense kinds.
+inline constexpr int assign = 140;             // assignment and copy of like kinds; general from packed or diagonal
+inline constexpr int packed_size = 180;        // packed kinds: rows != columns in a constructor
+inline constexpr int diagonal_size = 210;      // diagonal kind: rows != columns in a constructor
+inline constexpr int symmetric_from_diagonal = 240;
+inline constexpr int sum_mixed = 280;          // sums of unlike dense kinds and diagonal updates
+inline constexpr int upper_from_diagonal = 330;
+inline constexpr int sum_like = 340;           // element-wise sums of like dense kinds
+inline constexpr int lower_from_diagonal = 380;
+inline constexpr int negate = 450;             // unary minus
+inline constexpr int allocate = 680;           // memory for dense storage
+inline constexpr int print = 870;
+inline constexpr int limited_col = 1513;       // GetLimitedCol, GetEntireCol
+inline constexpr int limited_row = 1514;       // GetLimitedRow, GetEntireRow
+inline constexpr int symmetric_from_sparse = 2300;
+inline constexpr int regular_from_symmetric_sparse = 2310;
+inline constexpr int regular_from_sparse = 2320;
+
+}  // namespace quorvel::detail::code
+
+// Codes that are thrown as they stand.
+namespace quorvel::detail::fixed {
+
+inline constexpr int triangular_index = 60021;
+inline constexpr int regular_index = 60080;
+inline constexpr int square_index = 60090;
+
+}  // namespace quorvel::detail::fixed
+
+#endif

@@ -1,0 +1,119 @@
+// When a matrix on the heap dies. Nothing else in the library deletes a matrix.
+//
+// The order in every exported function: check (a failing check destroys the dispensable operands itself), then take
+// charge of them with Consumed, then make the result with NewResult, compute, hand the result over. Consumed destroys
+// what it holds at scope exit, also when an exception passes.
+#ifndef QUORVEL_CORE_OWNERSHIP_H
+#define QUORVEL_CORE_OWNERSHIP_H
+
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "core/codes.h"
+#include "core/kinds.h"
+
+namespace quorvel::detail {
+
+/// Destroys every dispensable matrix of the list, each object once, makes `value` pending (or takes the pending code)
+/// and throws it. For conditions that the checks of Matrix do not cover.
+[[noreturn]] void FailWith(int value, const Matrix* first = nullptr, const Matrix* second = nullptr,
+                           const Matrix* third = nullptr);
+
+/// Holds the operands of an operation whose checks have passed; destroys each dispensable one once at scope exit.
+class Consumed {
+ public:
+  explicit Consumed(const Matrix& a) noexcept : first_(pick(a)), second_(nullptr) {}
+  Consumed(const Matrix& a, const Matrix& b) noexcept : first_(pick(a)), second_(&a == &b ? nullptr : pick(b)) {}
+  Consumed(const Consumed&) = delete;
+  Consumed& operator=(const Consumed&) = delete;
+  ~Consumed() {
+    destroy(first_);
+    destroy(second_);
+  }
+
+  /// From now on the operand is not destroyed (it is the result, or has been handed on).
+  void release(const Matrix& operand) noexcept {
+    if (first_ == &operand) first_ = nullptr;
+    if (second_ == &operand) second_ = nullptr;
+  }
+
+ private:
+  static const Matrix* pick(const Matrix& m) noexcept { return m.dispensable() ? &m : nullptr; }
+  static void destroy(const Matrix* m) noexcept { delete m; }
+
+  const Matrix* first_;
+  const Matrix* second_;
+};
+
+/// Holds a new result until it is complete. It becomes dispensable last, so that nothing consumes it before (a
+/// dispensable sparse matrix cannot even be resized). Memory for the object itself is reported as for its storage.
+template <class K>
+class NewResult {
+ public:
+  template <class... Args>
+  explicit NewResult(Args&&... args) : result_(make(std::forward<Args>(args)...)) {}
+  NewResult(const NewResult&) = delete;
+  NewResult& operator=(const NewResult&) = delete;
+  ~NewResult() { delete result_; }
+
+  K& operator*() noexcept { return *result_; }
+  K* operator->() noexcept { return result_; }
+
+  /// Marks the result dispensable and gives it to the caller.
+  [[nodiscard]] K& hand_over() noexcept {
+    result_->set_dispensable(true);
+    return *std::exchange(result_, nullptr);
+  }
+
+ private:
+  template <class... Args>
+  static K* make(Args&&... args) {
+    if constexpr (is_dense<K>) {
+      K* p = new (std::nothrow) K(std::forward<Args>(args)...);
+      TestNULL(p, code::allocate);
+      return p;
+    } else {
+      return new K(std::forward<Args>(args)...);
+    }
+  }
+
+  K* result_;
+};
+
+/// Assignment from the same kind: nothing for the same object; a dispensable source gives its storage and dies.
+template <class K>
+K& AssignSameKind(K& target, K& source) {
+  if (&target == &source) return target;
+  target.ThrowEquals(code::assign, source);
+  if (source.dispensable()) {
+    target.Swap(source);
+    source.DestroyIfDispensable();
+  } else {
+    target.Copy(source, false);
+  }
+  return target;
+}
+
+/// Unary minus: in place for a dispensable operand, else a new negated copy.
+template <class K>
+K& Negated(K& a) {
+  a.ThrowNotOk(code::negate);
+  if (a.dispensable()) {
+    a.Negate();
+    return a;
+  }
+  NewResult<K> result;
+  result->Copy(a, true);
+  return result.hand_over();
+}
+
+/// A const operand stands for one that may be consumed: only a dispensable object is ever changed through it.
+template <class K>
+K& Mutable(const K& a) noexcept {
+  return const_cast<K&>(a);
+}
+
+}  // namespace quorvel::detail
+
+#endif
