@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm]
+#
+# Sees to it that the tools of the named groups are there. What is missing is installed with apt,
+# without questions; with --no-install it is only named, and the script fails.
+set -euo pipefail
+
+# group, Debian package, what proves its presence (a command or a file), what it is for
+tools=(
+  "build|cmake|cmake|configures the build"
+  "build|ninja-build|ninja|runs the build"
+  "build|g++|g++|compiles the library for this machine"
+  "test|googletest|/usr/src/googletest/CMakeLists.txt|the test framework, built from source for every target"
+  "clang|clang|clang++|the second compiler"
+  "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
+  "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
+)
+
+install=yes
+groups=()
+for argument in "$@"; do
+  case $argument in
+    --no-install) install=no ;;
+    build | test | clang | arm) groups+=("$argument") ;;
+    *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
+  esac
+done
+[ ${#groups[@]} -gt 0 ] || groups=(build test clang arm)
+
+present() {
+  case $1 in
+    /*) [ -e "$1" ] ;;
+    *) command -v "$1" >/dev/null ;;
+  esac
+}
+
+missing=()
+for tool in "${tools[@]}"; do
+  IFS='|' read -r group package probe purpose <<<"$tool"
+  [[ " ${groups[*]} " == *" $group "* ]] || continue
+  present "$probe" && continue
+  echo "missing: $package ($purpose)"
+  missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+if [ "$install" = no ]; then
+  echo "Not installing anything, as asked. Needed: apt-get install ${missing[*]}" >&2
+  exit 1
+fi
+if ! command -v apt-get >/dev/null; then
+  echo "No apt-get on this system. Please install by hand: ${missing[*]}" >&2
+  exit 1
+fi
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "Installing needs root or sudo. Please install by hand: ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
+
+echo "installing with apt: ${missing[*]}"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+apt() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q "$@" </dev/null >"$log" 2>&1 ||
+    { cat "$log" >&2; echo "apt-get $1 failed" >&2; exit 1; }
+}
+apt update
+apt install -y --no-install-recommends "${missing[@]}"
