@@ -61,7 +61,7 @@ class FailAllocations {
   bool failed() const noexcept;
 };
 
-// For the environment in main.cpp.
+// For main.cpp.
 namespace leak_check {
 void Begin() noexcept;
 void End();

@@ -53,6 +53,8 @@ void Feed(const std::string& text) noexcept {
   current = Step(current, text.c_str());
 }
 
+std::uint64_t Current() noexcept { return current; }
+
 void BeginTest() noexcept {
   current = kOffset;
   fed = false;

@@ -32,7 +32,10 @@ auto Feed(const M& a) noexcept -> decltype(a.data(), a.StoredCount(), void()) {
   Feed(a.data(), a.StoredCount());
 }
 
-// For the environment in main.cpp.
+// The hash of what the current test has fed so far.
+std::uint64_t Current() noexcept;
+
+// For main.cpp.
 void BeginTest() noexcept;
 void EndTest(const char* suite, const char* name) noexcept;
 void Report(const char* room) noexcept;
