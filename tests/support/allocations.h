@@ -29,8 +29,8 @@ class NoLeak {
   long before_;
 };
 
-// For a test that leaves blocks alive on purpose (a death test, whose message GoogleTest keeps; a
-// cache that is filled once): its live blocks are not compared.
+// For a test that leaves blocks alive on purpose (a death test or SUCCEED(), whose message GoogleTest
+// keeps; a cache that is filled once): its live blocks are not compared.
 void KeepsBlocks() noexcept;
 
 enum class Fail { kOnce, kFromThenOn };
