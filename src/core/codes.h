@@ -35,6 +35,27 @@ inline constexpr int symmetric_from_sparse = 2300;
 inline constexpr int regular_from_symmetric_sparse = 2310;
 inline constexpr int regular_from_sparse = 2320;
 
+// Matrix functions.
+inline constexpr int triu = 390;
+inline constexpr int triu_sparse = 391;
+inline constexpr int tril_sparse = 393;
+inline constexpr int tril = 410;
+inline constexpr int sym = 420;
+inline constexpr int sym_sparse = 422;
+inline constexpr int scalar = 430;
+inline constexpr int diag = 460;
+inline constexpr int trace = 460;
+inline constexpr int transpose_triangular = 1020;  // upper operand; a lower one is refused as in an assignment
+inline constexpr int transpose_regular = 1040;
+inline constexpr int transpose_sparse = 1050;
+
+// Inverses and solve operators.
+inline constexpr int inverse_triangular = 500;
+inline constexpr int inverse_diagonal = 570;
+inline constexpr int solve = 580;
+inline constexpr int inverse_shape = 900;   // general inverse: not square
+inline constexpr int inverse_not_ok = 940;  // general inverse: not ok
+
 }  // namespace quorvel::detail::code
 
 // Codes that are thrown as they stand.

@@ -37,6 +37,7 @@ const char* RoomOf(const char* program) {
 int main(int argc, char** argv) {
   const std::string room = RoomOf(argv[0]);
   ::testing::InitGoogleTest(&argc, argv);
+  { SCOPED_TRACE("the first trace of a program allocates a list that GoogleTest keeps"); }
   // Innermost, so that what the other listeners keep is not counted.
   ::testing::TestEventListeners& listeners = ::testing::UnitTest::GetInstance()->listeners();
   ::testing::TestEventListener* printer = listeners.Release(listeners.default_result_printer());
