@@ -1,0 +1,64 @@
+// Assertions that end the process: their text, and that they are alive in every build type.
+#include <gtest/gtest.h>
+
+#include "core/kinds.h"
+#include "factor/templates.h"
+#include "quorvel/quorvel.h"
+#include "support/allocations.h"
+
+namespace {
+
+using quorvel::detail::Access;
+
+class Invariants : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    quorvel::test::KeepsBlocks();
+    GTEST_FLAG_SET(death_test_style, "fast");
+  }
+};
+
+#if defined(__clang__)
+#define WITH_T(kind) "\\[T = " kind "\\]"
+#else
+#define WITH_T(kind) "\\[with T = " kind "\\]"
+#endif
+
+TEST_F(Invariants, ConversionsNameTemplateLineAndSignature) {
+  SymmetricMatrix s(2);
+  Access::set_kind(s, Matrix::regular_sparse);
+  RegularMatrix r;
+  EXPECT_DEATH(RM_EQ_TMat(r, s),
+               "templates:124: RegularMatrix ?& ?RM_EQ_TMat\\(RegularMatrix ?&, const T ?&\\) " WITH_T("SymmetricMatrix")
+               ": Assertion `!\"Invalid type\"' failed\\.");
+  DiagonalMatrix d(2);
+  Access::set_kind(d, Matrix::regular);
+  SymmetricMatrix symmetric;
+  UpperTriangularMatrix upper;
+  LowerTriangularMatrix lower;
+  EXPECT_DEATH(symmetric = d, "templates:170: SymmetricMatrix ?& ?SM_EQ_TMat");
+  EXPECT_DEATH(upper = d, "templates:210: UpperTriangularMatrix ?& ?UT_EQ_TMat");
+  EXPECT_DEATH(lower = d, "templates:252: LowerTriangularMatrix ?& ?LT_EQ_TMat");
+}
+
+TEST_F(Invariants, LineReaders) {
+  RegularMatrix r(2, 2);
+  Access::set_kind(r, Matrix::symmetric_sparse);
+  double out[2];
+  unsigned first = 0, last = 1;
+  EXPECT_DEATH(r.GetLimitedRow(0, out, first, last), "templates:1180: .*GetLimitedRow_T.*Invalid type");
+  EXPECT_DEATH(r.GetLimitedCol(0, out, first, last), "templates:1278: .*GetLimitedCol_T.*Invalid type");
+}
+
+TEST_F(Invariants, TheTagPicksThePositionsAndTheTypeTheRule) {
+  // A symmetric matrix under the upper tag: its upper triangle is visited, the rest is zero.
+  SymmetricMatrix s(2);
+  s(0, 1) = 5.0;
+  Access::set_kind(s, Matrix::upper_triangular);
+  RegularMatrix r;
+  RM_EQ_TMat(r, s);
+  EXPECT_EQ(r(0, 1), 5.0);
+  EXPECT_EQ(r(1, 0), 0.0);
+}
+
+}  // namespace
