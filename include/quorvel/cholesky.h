@@ -1,8 +1,47 @@
 // Free functions for Cholesky factorisation and inverse.
+//
+// All results are new dispensable matrices. A dispensable operand is consumed. Order 0 gives an empty factor.
 #ifndef QUORVEL_CHOLESKY_H
 #define QUORVEL_CHOLESKY_H
 
 #include "quorvel/export.h"
 #include "quorvel/forward.h"
+
+/// The tolerant factor A = L*L' of a symmetric positive semi-definite A, for covariances that may be singular.
+///
+/// Row i is singular when its reduced pivot x satisfies |x| < |tol*A(i, i)|, strictly: the tolerance is relative to
+/// the row's own diagonal element, 1e-12 is usual, and 0 finds nothing. Row and column i of L are then zero. The number
+/// of singular rows is the singularity count of the factor, and of A unless A was dispensable.
+///
+///   SymmetricMatrix A(2);                          // [4 2; 2 1] has rank 1
+///   A(0, 0) = 4.0; A(0, 1) = 2.0; A(1, 1) = 1.0;
+///   LowerTriangularMatrix L(CholeskyFactor(A, 1e-10));
+///   // L = [2 0; 0 0], L.nsing() == 1, A.nsing() == 1
+///
+/// A diagonal element of exactly 0 whose pivot is 0 escapes the strict test: its column is divided by 0, the elements
+/// below become infinite or NaN. A negative pivot that is not small gives NaN. A negative diagonal element of A
+/// is no covariance: it ends the process (assertion "!(unreduced_diagonal < 0.0)").
+///
+/// Throws 50510 (A not ok), 10680 (memory). Exact order: S = sum of L(i, k)*L(j, k), k increasing from 0.0;
+/// L(i, j) = (A(i, j) - S)*(1/sqrt(pivot of j)); the stored diagonal is 1/(1/sqrt(pivot)). Cost: n^3/3 operations, one
+/// array for the result (none when A is dispensable), scratch on the heap above order 24.
+/// Golub, Van Loan, Matrix Computations, 4.2.
+[[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(SymmetricMatrix& A, double tol);
+[[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(const SymmetricMatrix& A, double tol);
+
+/// The plain root A = L*L' of a positive definite A, without tolerance: a pivot of 0 gives infinities or NaN, a
+/// negative one NaN, and nothing is counted (the singularity count is -1).
+///
+/// Throws 50000 (A not ok), 10680. Exact order: S = sum of L(i, k)*L(j, k), k increasing from 0.0;
+/// L(i, j) = (A(i, j) - S)/L(j, j), L(i, i) = sqrt(A(i, i) - S). Cost: n^3/3 operations, one array, scratch above order
+/// 24.
+[[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskySquareRootLower(const SymmetricMatrix& A);
+
+/// The plain root A = U*U' (not U'*U) with U upper triangular, built from the last row upwards, as square-root
+/// covariance filters need it. [4 2; 2 2] gives [sqrt(2) sqrt(2); 0 sqrt(2)].
+///
+/// Codes, singular cases and cost as the lower root. Exact order: S = sum of U(r, k)*U(c, k), k = c+1 .. n-1 increasing
+/// from 0.0; U(r, c) = (A(r, c) - S)/U(c, c), U(r, r) = sqrt(A(r, r) - S).
+[[nodiscard]] QUORVEL_API UpperTriangularMatrix& CholeskySquareRootUpper(const SymmetricMatrix& A);
 
 #endif

@@ -56,6 +56,10 @@ inline constexpr int solve = 580;
 inline constexpr int inverse_shape = 900;   // general inverse: not square
 inline constexpr int inverse_not_ok = 940;  // general inverse: not ok
 
+// Factorisations.
+inline constexpr int rank_one = 400;  // rank-one update with a plain array
+inline constexpr int cholesky = 510;  // CholeskyFactor, InverseByCholesky
+
 }  // namespace quorvel::detail::code
 
 // Codes that are thrown as they stand.
@@ -64,6 +68,11 @@ namespace quorvel::detail::fixed {
 inline constexpr int triangular_index = 60021;
 inline constexpr int regular_index = 60080;
 inline constexpr int square_index = 60090;
+
+
+inline constexpr int non_zeros_columns = 40360;   // SetNonZeros: not a column
+inline constexpr int non_zeros_range = 60360;     // SetNonZeros: more elements than rows
+inline constexpr int rank_one_kind = 70400;       // rank-one update: the target's kind tag is none it can update
 
 }  // namespace quorvel::detail::fixed
 

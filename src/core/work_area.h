@@ -1,0 +1,32 @@
+// Scratch that small operands find on the stack.
+#ifndef QUORVEL_CORE_WORK_AREA_H
+#define QUORVEL_CORE_WORK_AREA_H
+
+#include <cstddef>
+
+#include "core/storage.h"
+
+namespace quorvel::detail {
+
+/// Uninitialised doubles for the duration of a scope: inside the object up to OnStack of them, otherwise from the heap
+/// (10680 when memory is exhausted). Filters rarely have more than 24 states; scratch is sized so that they need no
+/// heap.
+template <std::size_t OnStack>
+class WorkArea {
+ public:
+  explicit WorkArea(std::uint64_t count) : heap_(count > OnStack ? NewDoubles(count) : nullptr) {}
+  WorkArea(const WorkArea&) = delete;
+  WorkArea& operator=(const WorkArea&) = delete;
+  double* data() noexcept { return heap_ ? heap_.get() : stack_; }
+
+ private:
+  std::unique_ptr<double[]> heap_;
+  alignas(64) double stack_[OnStack];
+};
+
+/// Orders up to this one work without heap scratch.
+inline constexpr std::size_t small_order = 24;
+
+}  // namespace quorvel::detail
+
+#endif

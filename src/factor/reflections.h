@@ -1,0 +1,122 @@
+// Triangularisation by Householder reflections, column after column, of a row-major m x n array, m >= n.
+//
+// Column j with a non-zero part below the diagonal is reflected onto +|x| e1 by I - beta*v*v', v(j) = 1:
+//
+//   sigma = sum of a(i, j)^2, i > j;  x = a(j, j);  mu = sqrt(sigma + x*x)
+//   v0 = x - mu for x <= 0, else -sigma/(x + mu), which does not cancel
+//   beta = 2*v0*v0/(sigma + v0*v0);  v(i) = a(i, j)/v0
+//
+// Every sum runs over increasing rows from its first term, and each column c has its own: s = a(j, c) + sum of
+// a(i, c)*v(i) over the non-zero v(i); a(j, c) -= s*beta, a(i, c) -= (s*beta)*v(i). A column with s = 0.0 is not
+// touched, so that its infinities and signed zeros survive. Afterwards a(j, j) becomes 0.0 when its square is less
+// than 1e-22 times the squared length that the column had in the beginning.
+//
+// Columns before j hold nothing but what is zeroed at the end, so reflections skip them.
+//
+// Golub, Van Loan, Matrix Computations, 5.1.3 and 5.2.1.
+#ifndef QUORVEL_FACTOR_REFLECTIONS_H
+#define QUORVEL_FACTOR_REFLECTIONS_H
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+#include "core/storage.h"
+#include "factor/axpy.h"
+
+namespace quorvel::detail {
+
+/// Scratch of Triangularise.
+struct ReflectionWork {
+  double* lengths;  // n
+  double* sums;     // n
+  double* vector;   // m: v(i) at i, its non-zero elements only
+  index_t* rows;    // m: where v is non-zero, increasing
+};
+
+/// The reflection of one column: the non-zero elements below the diagonal are vector[rows[0 .. count - 1]]. There may be
+/// none left although a reflection was made: on a long column they can underflow, and the row just changes its sign.
+struct Reflection {
+  bool made;
+  double beta;
+  index_t count;
+};
+
+/// Finds the reflection of column j.
+inline Reflection ReflectionOf(const double* a, index_t m, index_t n, index_t j, ReflectionWork work) noexcept {
+  double sigma = 0.0;
+  for (index_t i = j + 1; i < m; ++i) {
+    const double e = a[static_cast<std::size_t>(i) * n + j];
+    sigma += e * e;
+  }
+  if (sigma == 0.0) return {false, 0.0, 0};
+  const double x = a[static_cast<std::size_t>(j) * n + j];
+  const double mu = std::sqrt(sigma + x * x);
+  const double v0 = x <= 0.0 ? x - mu : -sigma / (x + mu);
+  const double beta = 2.0 * v0 * v0 / (sigma + v0 * v0);
+  index_t count = 0;
+  for (index_t i = j + 1; i < m; ++i) {
+    const double v = a[static_cast<std::size_t>(i) * n + j] / v0;
+    if (v == 0.0) continue;
+    work.vector[i] = v;
+    work.rows[count++] = i;
+  }
+  return {true, beta, count};
+}
+
+/// Applies the reflection to columns first .. n - 1; j is its own row.
+inline void Reflect(double* a, index_t n, index_t j, index_t first, Reflection h, ReflectionWork work) noexcept {
+  const index_t count = n - first;
+  double* const s = work.sums;
+  const auto row = [=](index_t i) noexcept { return a + static_cast<std::size_t>(i) * n + first; };
+  CopyDoubles(s, row(j), count);
+  for (index_t k = 0; k < h.count; ++k) AddScaled(s, count, row(work.rows[k]), work.vector[work.rows[k]]);
+  bool all = true;
+  for (index_t c = 0; c < count; ++c) {
+    all = all && s[c] != 0.0;
+    if (s[c] == 0.0) continue;
+    s[c] *= h.beta;
+    row(j)[c] -= s[c];
+  }
+  // Lanes whose sum was 0.0 are left out. (One that beta made 0.0 would subtract nothing anyway.)
+  if (all) {
+    for (index_t k = 0; k < h.count; ++k) {
+      double* __restrict__ const r = row(work.rows[k]);
+      const double v = work.vector[work.rows[k]];
+      for (index_t c = 0; c < count; ++c) r[c] -= s[c] * v;
+    }
+    return;
+  }
+  for (index_t k = 0; k < h.count; ++k) {
+    double* const r = row(work.rows[k]);
+    const double v = work.vector[work.rows[k]];
+    for (index_t c = 0; c < count; ++c) {
+      if (s[c] != 0.0) r[c] -= s[c] * v;
+    }
+  }
+}
+
+/// Reduces the array to R in its first n rows, zeros below the diagonal included. keep(j, h) is called for each
+/// reflection h while its vector is in the scratch.
+template <class Keep>
+void Triangularise(double* a, index_t m, index_t n, ReflectionWork work, Keep keep) {
+  const auto row = [=](index_t i) noexcept { return a + static_cast<std::size_t>(i) * n; };
+  FillDoubles(work.lengths, 0.0, n);
+  for (index_t i = 0; i < m; ++i) {
+    for (index_t c = 0; c < n; ++c) work.lengths[c] += row(i)[c] * row(i)[c];
+  }
+  for (index_t j = 0; j < n; ++j) {
+    const Reflection h = ReflectionOf(a, m, n, j, work);
+    if (h.made) {
+      keep(j, h);
+      Reflect(a, n, j, j, h, work);
+    }
+    double& d = row(j)[j];
+    if (d * d < work.lengths[j] * 1e-22) d = 0.0;
+  }
+  for (index_t i = 1; i < n; ++i) FillDoubles(row(i), 0.0, i);
+}
+
+}  // namespace quorvel::detail
+
+#endif
