@@ -25,17 +25,24 @@ class Consumed {
  public:
   explicit Consumed(const Matrix& a) noexcept : first_(pick(a)), second_(nullptr) {}
   Consumed(const Matrix& a, const Matrix& b) noexcept : first_(pick(a)), second_(&a == &b ? nullptr : pick(b)) {}
+  /// Also holds the target of the operation, until it is complete and released.
+  Consumed(const Matrix& a, const Matrix& b, const Matrix& target) noexcept
+      : Consumed(a, b) {
+    if (&target != &a && &target != &b) target_ = pick(target);
+  }
   Consumed(const Consumed&) = delete;
   Consumed& operator=(const Consumed&) = delete;
   ~Consumed() {
     destroy(first_);
     destroy(second_);
+    destroy(target_);
   }
 
   /// From now on the operand is not destroyed (it is the result, or has been handed on).
   void release(const Matrix& operand) noexcept {
     if (first_ == &operand) first_ = nullptr;
     if (second_ == &operand) second_ = nullptr;
+    if (target_ == &operand) target_ = nullptr;
   }
 
  private:
@@ -44,6 +51,7 @@ class Consumed {
 
   const Matrix* first_;
   const Matrix* second_;
+  const Matrix* target_ = nullptr;
 };
 
 /// Holds a new result until it is complete. It becomes dispensable last, so that nothing consumes it before (a
