@@ -56,43 +56,188 @@ struct MinusOp {
   static auto& compound(X& x, Y& y) { return x -= y; }
 };
 
-// What the elements of a sum of dense kinds are. With a diagonal operand the others keep their bits, or change their
-// sign when the diagonal comes first in a difference, but for a symmetric subtrahend.
-template <class Op, class A, class B>
+// Where a kind has elements: the others are zero by definition.
+template <class K>
+constexpr bool Has(unsigned i, unsigned j) {
+  if (std::is_same_v<K, UpperTriangularMatrix>) return i <= j;
+  if (std::is_same_v<K, LowerTriangularMatrix>) return i >= j;
+  if (std::is_same_v<K, DiagonalMatrix>) return i == j;
+  return true;
+}
+
+// A sum of dense kinds, with a result of kind R. With a diagonal operand the other elements keep their bits, or change
+// their sign when the diagonal is the minuend, but for a symmetric subtrahend.
+template <class Op, class R, class A, class B>
 Plain ExpectedDense(const Plain& a, const Plain& b) {
   constexpr bool a_diagonal = std::is_same_v<A, DiagonalMatrix>;
   constexpr bool b_diagonal = std::is_same_v<B, DiagonalMatrix>;
   Plain r(a.m, a.n);
   for (unsigned i = 0; i < a.m; ++i) {
     for (unsigned j = 0; j < a.n; ++j) {
-      r(i, j) = Op::of(a(i, j), b(i, j));
-      if (i == j || a_diagonal == b_diagonal) continue;
-      if (b_diagonal) r(i, j) = a(i, j);
-      if (a_diagonal) r(i, j) = Op::minus && !std::is_same_v<B, SymmetricMatrix> ? -b(i, j) : b(i, j);
-    }
-  }
-  // Outside its triangle a result has no elements.
-  if (std::is_same_v<A, UpperTriangularMatrix> || std::is_same_v<B, UpperTriangularMatrix>) {
-    if (a_diagonal || b_diagonal) {
-      for (unsigned i = 0; i < a.m; ++i) {
-        for (unsigned j = 0; j < i; ++j) r(i, j) = 0.0;
+      if (!Has<R>(i, j)) continue;
+      if (i == j || a_diagonal == b_diagonal) {
+        r(i, j) = Op::of(a(i, j), b(i, j));
+      } else if (b_diagonal) {
+        r(i, j) = a(i, j);
+      } else {
+        r(i, j) = Op::minus && !std::is_same_v<B, SymmetricMatrix> ? -b(i, j) : b(i, j);
       }
-    }
-  }
-  if (std::is_same_v<A, LowerTriangularMatrix> || std::is_same_v<B, LowerTriangularMatrix>) {
-    if (a_diagonal || b_diagonal) {
-      for (unsigned i = 0; i < a.m; ++i) {
-        for (unsigned j = i + 1; j < a.n; ++j) r(i, j) = 0.0;
-      }
-    }
-  }
-  if (std::is_same_v<A, B> && !std::is_same_v<A, RegularMatrix> && !std::is_same_v<A, SymmetricMatrix>) {
-    for (std::size_t k = 0; k < r.e.size(); ++k) {
-      if (a.e[k] == 0.0 && b.e[k] == 0.0 && !std::signbit(a.e[k]) && !std::signbit(b.e[k])) r.e[k] = 0.0;
     }
   }
   return r;
 }
+
+// What every result of a sum has in common; `r` is looked at, not consumed.
+template <class R>
+void ExpectSum(const R& r, const Plain& expected) {
+  EXPECT_TRUE(Same(r, expected));
+  EXPECT_EQ(r.nsing(), -1);
+  EXPECT_TRUE(r.ok());
+}
+
+// One pair with given operands: every form, every ownership state.
+template <class Op, class R, class A, class B>
+void CheckSum(const A& a, const B& b, const Plain& expected) {
+  const Plain before_a = PlainOf(a);
+  const Plain before_b = PlainOf(b);
+  {
+    A x(a);
+    B y(b);
+    static_assert(std::is_same_v<decltype(Op::apply(x, y)), R&>);
+    const Held<R> sum(Op::apply(x, y));
+    ExpectSum(*sum, expected);
+    EXPECT_NE(static_cast<const Matrix*>(&*sum), &x);
+    EXPECT_NE(static_cast<const Matrix*>(&*sum), &y);
+    EXPECT_TRUE(Same(x, before_a));
+    EXPECT_TRUE(Same(y, before_b));
+    digest::Feed(PlainOf(*sum).e.data(), expected.e.size());
+  }
+  {
+    static_assert(std::is_same_v<decltype(Op::apply(a, b)), R&>);
+    const Held<R> sum(Op::apply(a, b));
+    ExpectSum(*sum, expected);
+  }
+  // A dispensable operand of the result's kind becomes the result, the first one first; the others die (the count of
+  // live blocks tells).
+  for (int state = 1; state <= 3; ++state) {
+    const NoLeak balance;
+    A x(a);
+    B y(b);
+    A& first = state & 1 ? DispensableCopy(x) : x;
+    B& second = state & 2 ? DispensableCopy(y) : y;
+    const Matrix* const first_address = &first;
+    const Matrix* const second_address = &second;
+    const bool first_reused = (state & 1) && std::is_same_v<A, R>;
+    const bool second_reused = (state & 2) && std::is_same_v<B, R> && !first_reused;
+    const Held<R> sum(Op::apply(first, second));
+    const Matrix* const result = &*sum;
+    EXPECT_EQ(result == first_address, first_reused) << "state " << state;
+    EXPECT_EQ(result == second_address, second_reused) << "state " << state;
+    ExpectSum(*sum, expected);
+  }
+  // Three operands: a new result, a used one, one that is an operand; operands consumed when dispensable.
+  {
+    R result;
+    result.set_nsing(3);
+    static_assert(std::is_same_v<decltype(Op::assign(result, a, b)), R&>);
+    EXPECT_EQ(&Op::assign(result, a, b), &result);
+    ExpectSum(result, expected);
+    EXPECT_FALSE(result.dispensable());
+  }
+  {
+    const NoLeak balance;
+    R result(4, 4);
+    Op::assign(result, DispensableCopy(a), DispensableCopy(b));
+    ExpectSum(result, expected);
+  }
+  if constexpr (std::is_same_v<R, A>) {
+    R result(a);
+    result.set_nsing(3);
+    EXPECT_EQ(&Op::assign(result, result, b), &result);
+    ExpectSum(result, expected);
+    R& dispensable = DispensableCopy(a);
+    EXPECT_EQ(&Op::assign(dispensable, dispensable, b), &dispensable);
+    ExpectSum(dispensable, expected);
+    Drop(dispensable);
+  }
+  if constexpr (std::is_same_v<R, B>) {
+    R result(b);
+    result.set_nsing(3);
+    EXPECT_EQ(&Op::assign(result, a, result), &result);
+    ExpectSum(result, expected);
+    R& dispensable = DispensableCopy(b);
+    EXPECT_EQ(&Op::assign(dispensable, a, dispensable), &dispensable);
+    ExpectSum(dispensable, expected);
+    Drop(dispensable);
+  }
+  if constexpr (std::is_same_v<R, A>) {
+    const NoLeak balance;
+    R target(a);
+    target.set_nsing(3);
+    static_assert(std::is_same_v<decltype(Op::compound(target, b)), R&>);
+    EXPECT_EQ(&Op::compound(target, b), &target);
+    EXPECT_TRUE(Same(target, expected));
+    EXPECT_EQ(target.nsing(), kSparse<R> ? 3 : -1);
+    target = a;
+    Op::compound(target, DispensableCopy(b));
+    EXPECT_TRUE(Same(target, expected));
+  }
+}
+
+// One object in both places.
+template <class Op, class K>
+void CheckSumWithItself(const K& a, const Plain& expected) {
+  const NoLeak balance;
+  {
+    K x(a);
+    const Held<K> sum(Op::apply(x, x));
+    ExpectSum(*sum, expected);
+    EXPECT_NE(&*sum, &x);
+    EXPECT_TRUE(Same(x, PlainOf(a)));
+  }
+  {
+    K& x = DispensableCopy(a);
+    const Held<K> sum(Op::apply(x, x));
+    EXPECT_EQ(&*sum, &x);
+    ExpectSum(*sum, expected);
+  }
+  {
+    K result;
+    K& x = DispensableCopy(a);
+    Op::assign(result, x, x);
+    ExpectSum(result, expected);
+  }
+  {
+    K x(a);
+    Op::assign(x, x, x);
+    ExpectSum(x, expected);
+    x = a;
+    Op::compound(x, x);
+    EXPECT_TRUE(Same(x, expected));
+    K& dispensable = DispensableCopy(a);
+    EXPECT_EQ(&Op::compound(dispensable, dispensable), &dispensable);
+    EXPECT_TRUE(Same(dispensable, expected));
+    Drop(dispensable);
+  }
+}
+
+// Large sizes take their turn with the patterns, small ones take them all.
+template <class Body>
+void ForSumSamples(std::uint64_t seed, Body body) {
+  Random random(seed);
+  unsigned turn = 0;
+  for (unsigned n : kSumSizes) {
+    for (Pattern pattern : kAllPatterns) {
+      if (n > 6 && turn++ % kAllPatterns.size() != n % kAllPatterns.size()) continue;
+      SCOPED_TRACE(::testing::Message() << "size " << n << ", " << Name(pattern) << ", seed " << seed);
+      body(n, pattern, random);
+      if (::testing::Test::HasFailure()) return;
+    }
+  }
+}
+
+// The column count that goes with a row count of n, where the kinds allow another.
+inline unsigned OtherSize(unsigned n, Random& random) { return n < 18 ? random.Below(18) : n - random.Below(3); }
 
 }  // namespace quorvel::test
 
