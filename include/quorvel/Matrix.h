@@ -267,6 +267,9 @@ class QUORVEL_API SingleArrayMatrix : public Matrix {
   size_type capacity_;
 };
 
+/// Not provided: compiled as C++20, `x != A` would silently mean !(A == x). Write `A != x`.
+bool operator!=(double x, const SingleArrayMatrix& A) = delete;
+
 /// Base of the dense kinds with as many rows as columns.
 class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
  public:
