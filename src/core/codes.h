@@ -60,6 +60,10 @@ inline constexpr int inverse_not_ok = 940;  // general inverse: not ok
 inline constexpr int rank_one = 400;  // rank-one update with a plain array
 inline constexpr int cholesky = 510;  // CholeskyFactor, InverseByCholesky
 
+// Navigation.
+inline constexpr int l1_regression = 6110;
+inline constexpr int poly_fit = 6120;
+
 }  // namespace quorvel::detail::code
 
 // Codes that are thrown as they stand.
@@ -69,10 +73,13 @@ inline constexpr int triangular_index = 60021;
 inline constexpr int regular_index = 60080;
 inline constexpr int square_index = 60090;
 
-
 inline constexpr int non_zeros_columns = 40360;   // SetNonZeros: not a column
 inline constexpr int non_zeros_range = 60360;     // SetNonZeros: more elements than rows
 inline constexpr int rank_one_kind = 70400;       // rank-one update: the target's kind tag is none it can update
+
+// Navigation.
+inline constexpr int rotation_axis = 30120;             // the axis of a rotation is none of 1, 2, 3
+inline constexpr int rotation_derivative_axis = 30121;  // the same for its derivative
 
 }  // namespace quorvel::detail::fixed
 
