@@ -13,31 +13,6 @@
 namespace quorvel::detail {
 namespace {
 
-/// Scratch of the reflections of an m x n array; it serves small ones from the stack.
-class ReflectionScratch {
- public:
-  ReflectionScratch(index_t m, index_t n)
-      : doubles_(2 * std::uint64_t{n} + m), rows_(m > small_order ? NewIndices(m) : nullptr), m_(m), n_(n) {}
-
-  ReflectionWork work() noexcept {
-    double* const d = doubles_.data();
-    return {d, d + n_, d + 2 * std::size_t{n_}, rows_ ? rows_.get() : small_rows_};
-  }
-
- private:
-  static index_t* NewIndices(index_t count) {
-    index_t* const p = new (std::nothrow) index_t[count];
-    TestNULL(p, code::allocate);
-    return p;
-  }
-
-  WorkArea<3 * small_order> doubles_;
-  std::unique_ptr<index_t[]> rows_;
-  index_t small_rows_[small_order];
-  index_t m_;
-  index_t n_;
-};
-
 /// A becomes R. Scratch first: without memory A stays as it was.
 void TriangulariseMatrix(RegularMatrix& A) {
   const index_t m = A.nrows();

@@ -20,9 +20,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 
+#include "core/codes.h"
 #include "core/storage.h"
+#include "core/work_area.h"
 #include "factor/axpy.h"
+#include "quorvel/Matrix.h"
 
 namespace quorvel::detail {
 
@@ -32,6 +37,30 @@ struct ReflectionWork {
   double* sums;     // n
   double* vector;   // m: v(i) at i, its non-zero elements only
   index_t* rows;    // m: where v is non-zero, increasing
+};
+
+/// Scratch of the reflections of an m x n array; it serves small ones from the stack.
+class ReflectionScratch {
+ public:
+  ReflectionScratch(index_t m, index_t n)
+      : doubles_(2 * std::uint64_t{n} + m), rows_(m > small_order ? NewIndices(m) : nullptr), n_(n) {}
+
+  ReflectionWork work() noexcept {
+    double* const d = doubles_.data();
+    return {d, d + n_, d + 2 * std::size_t{n_}, rows_ ? rows_.get() : small_rows_};
+  }
+
+ private:
+  static index_t* NewIndices(index_t count) {
+    index_t* const p = new (std::nothrow) index_t[count];
+    TestNULL(p, code::allocate);
+    return p;
+  }
+
+  WorkArea<3 * small_order> doubles_;
+  std::unique_ptr<index_t[]> rows_;
+  index_t small_rows_[small_order];
+  index_t n_;
 };
 
 /// The reflection of one column: the non-zero elements below the diagonal are vector[rows[0 .. count - 1]]. There may be
