@@ -64,6 +64,11 @@ inline constexpr int cholesky = 510;  // CholeskyFactor, InverseByCholesky
 inline constexpr int l1_regression = 6110;
 inline constexpr int poly_fit = 6120;
 
+// Sparse kinds.
+inline constexpr int sparse_fill = 881;         // assignment of a scalar
+inline constexpr int sparse_copy = 2010;        // Copy; general sparse from symmetric sparse
+inline constexpr int sparse_from_dense = 2260;  // CopyMat and the conversions made of it
+
 }  // namespace quorvel::detail::code
 
 // Codes that are thrown as they stand.
@@ -80,6 +85,23 @@ inline constexpr int rank_one_kind = 70400;       // rank-one update: the target
 // Navigation.
 inline constexpr int rotation_axis = 30120;             // the axis of a rotation is none of 1, 2, 3
 inline constexpr int rotation_derivative_axis = 30121;  // the same for its derivative
+
+// Sparse kinds.
+inline constexpr int sparse_clear_row = 32020;
+inline constexpr int sparse_clear_col = 32030;
+inline constexpr int sparse_link_row = 62040;      // SparseMatrixRowInsert
+inline constexpr int sparse_link_col = 62050;      // SparseMatrixColInsert
+inline constexpr int sparse_insert = 62060;        // SparseMatrixInsert by indices, Put
+inline constexpr int sparse_index = 62090;         // element access
+inline constexpr int sparse_row = 62170;           // GetFirstInRow, IsRowEmpty
+inline constexpr int sparse_col = 62180;           // GetFirstInCol, IsColEmpty
+inline constexpr int sparse_append = 62190;        // SparseMatrixInsert behind a predecessor
+inline constexpr int sparse_row_elements = 62200;  // GetRowElements
+inline constexpr int sparse_col_elements = 62210;  // GetColElements
+inline constexpr int sparse_entire_col = 62220;    // RegularSparseMatrix::GetEntireCol
+inline constexpr int sparse_entire_row = 62230;    // RegularSparseMatrix::GetEntireRow
+inline constexpr int symmetric_sparse_line = 62240;
+inline constexpr int sparse_division = 82160;      // division of an element reference by zero
 
 }  // namespace quorvel::detail::fixed
 
