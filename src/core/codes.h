@@ -15,44 +15,44 @@ inline constexpr int range = 60000;         // a removal or range failure
 namespace quorvel::detail::code {
 
 // Checks whose operation has no code of its own.
-inline constexpr int none = 0;
+inline constexpr int none = 0;  // an operation without a code of its own
 
 // Core and dense kinds.
 inline constexpr int assign = 140;             // assignment and copy of like kinds; general from packed or diagonal
 inline constexpr int packed_size = 180;        // packed kinds: rows != columns in a constructor
 inline constexpr int diagonal_size = 210;      // diagonal kind: rows != columns in a constructor
-inline constexpr int symmetric_from_diagonal = 240;
+inline constexpr int symmetric_from_diagonal = 240;  // SymmetricMatrix from DiagonalMatrix
 inline constexpr int sum_mixed = 280;          // sums of unlike dense kinds and diagonal updates
-inline constexpr int upper_from_diagonal = 330;
+inline constexpr int upper_from_diagonal = 330;  // UpperTriangularMatrix from DiagonalMatrix
 inline constexpr int sum_like = 340;           // element-wise sums of like dense kinds
-inline constexpr int lower_from_diagonal = 380;
+inline constexpr int lower_from_diagonal = 380;  // LowerTriangularMatrix from DiagonalMatrix
 inline constexpr int negate = 450;             // unary minus
 inline constexpr int allocate = 680;           // memory for dense storage
-inline constexpr int print = 870;
+inline constexpr int print = 870;  // Print
 inline constexpr int limited_col = 1513;       // GetLimitedCol, GetEntireCol
 inline constexpr int limited_row = 1514;       // GetLimitedRow, GetEntireRow
-inline constexpr int symmetric_from_sparse = 2300;
-inline constexpr int regular_from_symmetric_sparse = 2310;
-inline constexpr int regular_from_sparse = 2320;
+inline constexpr int symmetric_from_sparse = 2300;  // SymmetricMatrix from SymmetricSparseMatrix
+inline constexpr int regular_from_symmetric_sparse = 2310;  // RegularMatrix from SymmetricSparseMatrix
+inline constexpr int regular_from_sparse = 2320;  // RegularMatrix from RegularSparseMatrix
 
 // Matrix functions.
-inline constexpr int triu = 390;
-inline constexpr int triu_sparse = 391;
-inline constexpr int tril_sparse = 393;
-inline constexpr int tril = 410;
-inline constexpr int sym = 420;
-inline constexpr int sym_sparse = 422;
-inline constexpr int scalar = 430;
-inline constexpr int diag = 460;
-inline constexpr int trace = 460;
+inline constexpr int triu = 390;  // triu
+inline constexpr int triu_sparse = 391;  // triu of a sparse matrix
+inline constexpr int tril_sparse = 393;  // tril of a sparse matrix
+inline constexpr int tril = 410;  // tril
+inline constexpr int sym = 420;  // sym
+inline constexpr int sym_sparse = 422;  // sym of a sparse matrix
+inline constexpr int scalar = 430;  // scalar
+inline constexpr int diag = 460;  // diag
+inline constexpr int trace = 460;  // trace
 inline constexpr int transpose_triangular = 1020;  // upper operand; a lower one is refused as in an assignment
-inline constexpr int transpose_regular = 1040;
-inline constexpr int transpose_sparse = 1050;
+inline constexpr int transpose_regular = 1040;  // transpose of a RegularMatrix
+inline constexpr int transpose_sparse = 1050;  // transpose of a RegularSparseMatrix
 
 // Inverses and solve operators.
-inline constexpr int inverse_triangular = 500;
-inline constexpr int inverse_diagonal = 570;
-inline constexpr int solve = 580;
+inline constexpr int inverse_triangular = 500;  // inverse of a triangular matrix
+inline constexpr int inverse_diagonal = 570;  // inverse of a diagonal matrix
+inline constexpr int solve = 580;  // solve operator >
 inline constexpr int inverse_shape = 900;   // general inverse: not square
 inline constexpr int inverse_not_ok = 940;  // general inverse: not ok
 
@@ -74,9 +74,9 @@ inline constexpr int sparse_from_dense = 2260;  // CopyMat and the conversions m
 // Codes that are thrown as they stand.
 namespace quorvel::detail::fixed {
 
-inline constexpr int triangular_index = 60021;
-inline constexpr int regular_index = 60080;
-inline constexpr int square_index = 60090;
+inline constexpr int triangular_index = 60021;  // triangular or symmetric matrix: write outside the stored part
+inline constexpr int regular_index = 60080;  // regular matrix: index outside the matrix
+inline constexpr int square_index = 60090;  // square dense matrix: index outside the matrix, or write off a diagonal
 
 inline constexpr int non_zeros_columns = 40360;   // SetNonZeros: not a column
 inline constexpr int non_zeros_range = 60360;     // SetNonZeros: more elements than rows
