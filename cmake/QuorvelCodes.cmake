@@ -1,5 +1,5 @@
 # The catalogue of codes, read out of src/core/codes.h: every constant there stands on one line with its meaning in the
-# comment behind it. From it come the tables of the debugger's printers and docs/CODES.md.
+# comment behind it (its name, where that says all). From it come the tables of the debugger's printers and docs/CODES.md.
 #
 # quorvel_read_codes(): sets QUORVEL_CODES_<space> to a list of "number|name|meaning", space = offset, code, fixed.
 
@@ -17,8 +17,9 @@ function(quorvel_read_codes)
       set(space "${CMAKE_MATCH_1}")
     elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ([0-9]+), *// (.+)$")
       list(APPEND found_${space} "${CMAKE_MATCH_2}|${CMAKE_MATCH_1}|${CMAKE_MATCH_3}")
-    elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ")
-      message(FATAL_ERROR "src/core/codes.h: ${CMAKE_MATCH_1} needs its meaning behind it, on the same line")
+    elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ([0-9]+),")
+      string(REPLACE "_" " " meaning "${CMAKE_MATCH_1}")
+      list(APPEND found_${space} "${CMAKE_MATCH_2}|${CMAKE_MATCH_1}|${meaning}")
     endif()
   endforeach()
   foreach(part offset code fixed)

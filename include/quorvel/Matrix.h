@@ -270,9 +270,6 @@ class QUORVEL_API SingleArrayMatrix : public Matrix {
 /// Not provided: compiled as C++20, `x != A` would silently mean !(A == x). Write `A != x`.
 bool operator!=(double x, const SingleArrayMatrix& A) = delete;
 
-/// Write `A != x`. C++20 would turn `x != A` into !(A == x), which means something else here; it is refused instead.
-bool operator!=(double x, const SingleArrayMatrix& a) = delete;
-
 /// Base of the dense kinds with as many rows as columns.
 class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
  public:
