@@ -1,32 +1,16 @@
 // Vector helpers of the factorised filters: U*v in place, the outer product, the list of non-zero elements.
 #include <cstddef>
 
-#include "core/ownership.h"
-#include "core/storage.h"
 #include "dense/rules.h"
+#include "factor/operands.h"
 #include "quorvel/householder.h"
 
 namespace detail = quorvel::detail;
 using detail::index_t;
 
-namespace {
-
-[[noreturn]] void Refuse(const Matrix& a, const Matrix& b, int value) {
-  detail::FailWith(value, &a, &b);
-}
-
-/// Both ok, then the shape.
-void RequireFit(const Matrix& a, const Matrix& b, bool fits) {
-  if (ErrorState() != 0) Refuse(a, b, GetErrorCode());
-  if (!a.ok() || !b.ok()) Refuse(a, b, detail::offset::not_ok);
-  if (!fits) Refuse(a, b, detail::offset::shape);
-}
-
-}  // namespace
-
 void VecEqMatrixTimesSelf(RegularMatrix& v, const UpperTriangularMatrix& U) {
-  RequireFit(v, U, v.ncols() == 1 && U.ndim() == v.nrows());
-  const detail::Consumed operand(U);
+  detail::Operands operands(1, v, U);
+  operands.Require(v.ncols() == 1 && U.ndim() == v.nrows());
   const index_t n = U.ndim();
   double* const x = v.data();
   const double* u = U.data();
@@ -36,11 +20,12 @@ void VecEqMatrixTimesSelf(RegularMatrix& v, const UpperTriangularMatrix& U) {
     for (index_t k = i + 1; k < n; ++k) s += x[k] * *u++;
     x[i] = s;
   }
+  operands.Succeed();
 }
 
 RegularMatrix& MOutPrd(RegularMatrix& x, RegularMatrix& y) {
-  RequireFit(x, y, x.ncols() == 1 && y.ncols() == 1 && x.nrows() == y.nrows());
-  const detail::Consumed operands(x, y);
+  detail::Operands operands(0, x, y);
+  operands.Require(x.ncols() == 1 && y.ncols() == 1 && x.nrows() == y.nrows());
   const index_t n = x.nrows();
   detail::NewResult<RegularMatrix> product(n, n);
   for (index_t i = 0; i < n; ++i) {
@@ -57,11 +42,10 @@ RegularMatrix& MOutPrd(const RegularMatrix& x, const RegularMatrix& y) {
 }
 
 unsigned SetNonZeros(unsigned n, RegularMatrix& x, RegularMatrix& out, unsigned* idx) {
-  if (ErrorState() != 0) Refuse(x, out, GetErrorCode());
-  if (x.ncols() != 1) Refuse(x, out, detail::fixed::non_zeros_columns);
-  if (n > out.nrows() || n > x.nrows()) Refuse(x, out, detail::fixed::non_zeros_range);
-  detail::Consumed operand(x);
-  operand.release(out);  // when x is `out` as well
+  detail::Operands operands(1, out, x);
+  if (ErrorState() != 0) operands.Fail(GetErrorCode());
+  if (x.ncols() != 1) operands.Fail(detail::fixed::non_zeros_columns);
+  if (n > out.nrows() || n > x.nrows()) operands.Fail(detail::fixed::non_zeros_range);
   unsigned count = 0;
   for (unsigned i = 0; i < n; ++i) {
     const double value = x.data()[i];
@@ -69,6 +53,7 @@ unsigned SetNonZeros(unsigned n, RegularMatrix& x, RegularMatrix& out, unsigned*
     out.data()[count] = value;
     idx[count++] = i;
   }
+  operands.Succeed();
   return count;
 }
 

@@ -1,0 +1,103 @@
+// Rank-one updates of dense matrices: every element gets one product and one addition.
+#include <cstddef>
+
+#include "dense/rules.h"
+#include "factor/operands.h"
+#include "quorvel/ud.h"
+
+namespace quorvel::detail {
+namespace {
+
+/// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j.
+void UpdateSymmetric(double* p, index_t n, const double* x, double a) noexcept {
+  for (index_t j = 0; j < n; ++j) {
+    double* const row = p + packed_row(j, n) - j;
+    for (index_t i = j; i < n; ++i) row[i] += (x[i] * a) * x[j];
+  }
+}
+
+void Update(SymmetricMatrix& A, const double* x, const double*, double a) noexcept {
+  UpdateSymmetric(A.data(), A.ndim(), x, a);
+}
+
+void Update(RegularMatrix& A, const double* x, const double* y, double a) noexcept {
+  double* e = A.data();
+  for (index_t i = 0; i < A.nrows(); ++i) {
+    const double t = x[i] * a;
+    for (index_t j = 0; j < A.ncols(); ++j) *e++ += t * y[j];
+  }
+}
+
+/// Indices of a list.
+struct List {
+  const unsigned* index;
+  unsigned count;
+};
+
+void UpdateListed(SymmetricMatrix& A, const double* x, List rows, const double*, List cols, double a) noexcept {
+  const Rule<SymmetricMatrix> e(A);
+  for (unsigned k = 0; k < rows.count; ++k) {
+    const index_t i = rows.index[k];
+    const double t = x[i] * a;
+    for (unsigned l = 0; l < cols.count; ++l) {
+      const index_t j = cols.index[l];
+      if (j <= i) e.store(i, j) += t * x[j];
+    }
+  }
+}
+
+void UpdateListed(RegularMatrix& A, const double* x, List rows, const double* y, List cols, double a) noexcept {
+  const Rule<RegularMatrix> e(A);
+  for (unsigned k = 0; k < rows.count; ++k) {
+    const double t = x[rows.index[k]] * a;
+    for (unsigned l = 0; l < cols.count; ++l) e.store(rows.index[k], cols.index[l]) += t * y[cols.index[l]];
+  }
+}
+
+/// The pending code, then the target's kind tag; then the update; then x and y are consumed.
+template <class K, class Updater>
+void RankOne(K& A, const RegularMatrix& x, const RegularMatrix& y, Updater update) {
+  Operands operands(1, A, x, y);
+  operands.Require(true, true);
+  if (A.kind() != KindTraits<K>::tag) operands.Fail(fixed::rank_one_kind);
+  update();
+  operands.Succeed();
+}
+
+template <class K>
+void RankOneFull(K& A, const RegularMatrix& x, const RegularMatrix& y, double a) {
+  RankOne(A, x, y, [&]() noexcept { Update(A, x.data(), y.data(), a); });
+}
+
+template <class K>
+void RankOneListed(K& A, const RegularMatrix& x, List rows, const RegularMatrix& y, List cols, double a) {
+  RankOne(A, x, y, [&]() noexcept { UpdateListed(A, x.data(), rows, y.data(), cols, a); });
+}
+
+}  // namespace
+}  // namespace quorvel::detail
+
+namespace detail = quorvel::detail;
+
+void RankOneUpdate(SymmetricMatrix& P, const double* v, double a) {
+  P.ThrowNotOk(detail::code::rank_one);
+  detail::UpdateSymmetric(P.data(), P.ndim(), v, a);
+}
+
+void RankOneUpdate(SymmetricMatrix& A, const RegularMatrix& x, const RegularMatrix& y, double a) {
+  detail::RankOneFull(A, x, y, a);
+}
+
+void RankOneUpdate(RegularMatrix& A, const RegularMatrix& x, const RegularMatrix& y, double a) {
+  detail::RankOneFull(A, x, y, a);
+}
+
+void RankOneUpdateNZ(SymmetricMatrix& A, const RegularMatrix& x, const unsigned* xnz, unsigned nx,
+                     const RegularMatrix& y, const unsigned* ynz, unsigned ny, double a) {
+  detail::RankOneListed(A, x, {xnz, nx}, y, {ynz, ny}, a);
+}
+
+void RankOneUpdateNZ(RegularMatrix& A, const RegularMatrix& x, const unsigned* xnz, unsigned nx,
+                     const RegularMatrix& y, const unsigned* ynz, unsigned ny, double a) {
+  detail::RankOneListed(A, x, {xnz, nx}, y, {ynz, ny}, a);
+}

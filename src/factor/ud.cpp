@@ -1,0 +1,120 @@
+// U-D factorisation, in two forms, and the count of vanishing pivots.
+//
+// Column j of the factor needs the columns behind it, with sums over increasing k: the lanes are the rows, so the work
+// is done on a copy by columns.
+#include "quorvel/ud.h"
+
+#include <cmath>
+
+#include "core/work_area.h"
+#include "dense/rules.h"
+#include "factor/left_looking.h"
+#include "factor/operands.h"
+#include "factor/tri_inverse.h"
+#include "factor/ud_factor.h"
+
+namespace quorvel::detail {
+namespace {
+
+/// Columns last to first: s[i] = sum of U(i, k)*d(k)*U(j, k), k > j, for i <= j, is handed to finish(j, column, s), which
+/// turns the column of P into that of U and returns d(j).
+template <class Finish>
+void FactorColumns(double* u, double* d, const double* p, index_t n, Finish finish) {
+  constexpr std::size_t on_stack = packed_count(small_order) + 2 * small_order;
+  WorkArea<on_stack> work(packed_count(n) + 2 * std::uint64_t{n});
+  double* const s = work.data();
+  double* const x = s + n;
+  double* const columns = x + n;
+  PackedToColumns(p, n, columns);
+  for (index_t j = n; j-- > 0;) {
+    for (index_t k = j + 1; k < n; ++k) x[k - j - 1] = d[k] * ColumnOf(columns, k)[j];
+    RightSums(columns, n, j, s, x);
+    d[j] = finish(j, ColumnOf(columns, j), s);
+  }
+  for (index_t j = 0; j < n; ++j) ColumnOf(columns, j)[j] = 1.0;
+  ColumnsToPacked(columns, n, u);
+}
+
+template <class T>
+int CountVanishing(const T& t) noexcept {
+  int count = 0;
+  const Rule<T> e(t);
+  for (index_t i = 0; i < e.rows(); ++i) {
+    if (std::fabs(e.at(i, i)) < 1e-200) ++count;
+  }
+  t.set_nsing(count);
+  return count;
+}
+
+/// A dispensable matrix of another order cannot be resized with its elements kept; 0 when that is not asked for.
+int RefusedResize(const SquareMatrix& a, index_t n) noexcept {
+  if (!a.dispensable() || a.ndim() == n || n == 0) return 0;
+  return n < a.ndim() ? offset::range : offset::shape;
+}
+
+/// Checks, then brings both factors to P's order. The operands are U, D and P.
+void TakeOrder(Operands& operands, bool ok, UpperTriangularMatrix& U, DiagonalMatrix& D, index_t n) {
+  operands.Require(ok, true);
+  if (const int refused = RefusedResize(D, n)) operands.Fail(refused);
+  if (const int refused = RefusedResize(U, n)) operands.Fail(refused);
+  D.SetSize(n, n, true);
+  U.SetSize(n, n, true);
+}
+
+}  // namespace
+
+int FactorUD(double* u, double* d, const double* p, index_t n) {
+  int singular = 0;
+  FactorColumns(u, d, p, n, [&](index_t j, double* column, const double* s) noexcept {
+    const double pivot = column[j] - s[j];
+    if (!PivotPasses(pivot)) {
+      ++singular;
+      FillDoubles(column, 0.0, j);
+      return 0.0;
+    }
+    for (index_t i = 0; i < j; ++i) column[i] = (column[i] - s[i]) / pivot;
+    return pivot;
+  });
+  return singular;
+}
+
+}  // namespace quorvel::detail
+
+namespace detail = quorvel::detail;
+using detail::index_t;
+
+void UDDecomposition(UpperTriangularMatrix& U, DiagonalMatrix& D, const SymmetricMatrix& P) {
+  detail::Operands operands(2, U, D, P);
+  const index_t n = P.ndim();
+  detail::TakeOrder(operands, U.ok() && D.ok(), U, D, n);
+  detail::FactorColumns(U.data(), D.data(), P.data(), n, [](index_t j, double* column, const double* s) noexcept {
+    const double d = column[j] - s[j];
+    for (index_t i = 0; i < j; ++i) column[i] = column[i] / d - s[i];
+    return d;
+  });
+  operands.Succeed();
+}
+
+void UDDecomposition(UpperTriangularMatrix& U, const SymmetricMatrix& P) {
+  detail::Consumed operands(U, P);
+  const index_t n = P.ndim();
+  DiagonalMatrix D(n);
+  operands.release(U);
+  operands.release(P);
+  UDDecomposition(U, D, P);
+  for (index_t i = n; i-- > 0;) U.data()[detail::packed_row(i, n)] = D.data()[i];
+}
+
+void UDFactor(UpperTriangularMatrix& U, DiagonalMatrix& D, const SymmetricMatrix& P) {
+  detail::Operands operands(2, U, D, P);
+  const index_t n = P.ndim();
+  detail::TakeOrder(operands, U.ok() && D.ok() && P.ok(), U, D, n);
+  const int singular = detail::FactorUD(U.data(), D.data(), P.data(), n);
+  U.set_nsing(singular);
+  D.set_nsing(singular);
+  operands.Succeed();
+}
+
+int SingularityCountULD(const UpperTriangularMatrix& T) { return detail::CountVanishing(T); }
+int SingularityCountULD(const LowerTriangularMatrix& T) { return detail::CountVanishing(T); }
+int SingularityCountULD(const DiagonalMatrix& T) { return detail::CountVanishing(T); }
