@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: setup.sh [--no-install] [build] [test] [clang] [arm]
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference]
 #
 # Sees to it that the tools of the named groups are there. What is missing is installed with apt,
 # without questions; with --no-install it is only named, and the script fails.
@@ -11,9 +11,12 @@ tools=(
   "build|ninja-build|ninja|runs the build"
   "build|g++|g++|compiles the library for this machine"
   "test|googletest|/usr/src/googletest/CMakeLists.txt|the test framework, built from source for every target"
+  "test|gdb|gdb|checks the debugger's printers"
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
+  "reference|octave|octave-cli|reads our text output back, in a test"
+  "reference|liblapack-dev|/usr/share/doc/liblapack-dev|factorises and solves beside us, in a test"
 )
 
 install=yes
@@ -21,11 +24,11 @@ groups=()
 for argument in "$@"; do
   case $argument in
     --no-install) install=no ;;
-    build | test | clang | arm) groups+=("$argument") ;;
+    build | test | clang | arm | reference) groups+=("$argument") ;;
     *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
   esac
 done
-[ ${#groups[@]} -gt 0 ] || groups=(build test clang arm)
+[ ${#groups[@]} -gt 0 ] || groups=(build test clang arm reference)
 
 present() {
   case $1 in

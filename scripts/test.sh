@@ -23,7 +23,7 @@ if [ $quick = yes ]; then
   scripts/setup.sh "${no_install[@]}" build test
 else
   presets=(release sanitize clang armhf)
-  scripts/setup.sh "${no_install[@]}" build test clang arm
+  scripts/setup.sh "${no_install[@]}" build test clang arm reference
 fi
 
 log_of() { echo "build/$1/Testing/Temporary/LastTest.log"; }
