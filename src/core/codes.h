@@ -69,6 +69,10 @@ inline constexpr int sparse_fill = 881;         // assignment of a scalar
 inline constexpr int sparse_copy = 2010;        // Copy; general sparse from symmetric sparse
 inline constexpr int sparse_from_dense = 2260;  // CopyMat and the conversions made of it
 
+// Products and structured products.
+inline constexpr int sparse_product = 294;     // products with a sparse result
+inline constexpr int product = 320;            // every other product, and scaling
+
 }  // namespace quorvel::detail::code
 
 // Codes that are thrown as they stand.

@@ -1,0 +1,49 @@
+// Congruences, a strip of rows of the result at a time: no m x n intermediate exists, only w for the rows of a strip.
+//
+// w is kept transposed (line k holds w(k) of all rows i of the strip), so that the strip lies across the registers in
+// both products:  w'(k, i) = sum Q(k, t) X'(t, i)  and  s(j, i) = sum X(j, t) w'(t, i), j >= i.
+#include "ops/congruence.h"
+
+#include <utility>
+
+namespace quorvel::detail {
+namespace {
+
+constexpr unsigned strip = 24;  // a multiple of every instance's tile
+constexpr unsigned stack_lines = 64;
+using StripScratch = SmallScratch<strip * stack_lines>;
+
+template <class FillStrip>
+void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned n, unsigned m, FillStrip fill_strip) {
+  StripScratch scratch(std::uint64_t{strip} * m);
+  double* const w = scratch.data();
+  for (unsigned begin = 0; begin < n; begin += strip) {
+    const unsigned end = n - begin < strip ? n : begin + strip;
+    fill_strip(w, begin, end);
+    kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, strip), begin, {begin, n, begin, end, m});
+  }
+}
+
+/// Element (i, t) of a factor that is read by rows or by columns.
+double ElementOf(const Factor& x, unsigned i, unsigned t) noexcept {
+  const auto [line, at] = x.form == Form::by_rows ? std::pair{i, t} : std::pair{t, i};
+  return x.first[static_cast<kernel_offset>(line) * x.stride + at];
+}
+
+}  // namespace
+
+void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n, unsigned m) {
+  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
+    kernels().multiply(TargetOf(w, strip), begin, q, Transposed(x), 0, {0, m, begin, end, m});
+  });
+}
+
+void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, unsigned n, unsigned m) {
+  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
+    for (unsigned t = 0; t < m; ++t) {
+      for (unsigned i = begin; i < end; ++i) w[t * strip + (i - begin)] = 0.0 + ElementOf(x, i, t) * q[t];
+    }
+  });
+}
+
+}  // namespace quorvel::detail

@@ -1,0 +1,87 @@
+// Kernels on raw arrays: what runs once per instruction set.
+//
+// A kernel checks nothing, owns nothing and allocates nothing. It is written once (instance.inc and the files it
+// includes) and compiled once per instruction set: portable, SSE2, AVX2, AVX-512. kernels() is the table of the
+// instance that was chosen for this processor; every instance gives the same bits, because each result element is its
+// own sum that starts from 0.0 and takes its products one by one in increasing k, and no multiplication is fused with
+// an addition.
+//
+// Everything is described by two small views on arrays:
+//
+//   Lines   where line t begins: first + t * stride - shrink * t(t - 1)/2. shrink is 0 for an array by rows, and 1
+//           for the packed triangle, whose rows get shorter by one (there, line t "begins" so that element (t, k) is
+//           at line(t)[k], although only k >= t exists).
+//   Factor  a matrix read through its lines. Form: how element (r, c) is found: by_rows line(r)[c], by_columns
+//           line(c)[r] (that is, the transpose), mirrored line(min)[max]. Shape: where it can be non-zero; positions
+//           outside are never read and never enter a sum.
+//   Target  the result: form and shape as above; positions outside the shape are never written.
+//
+// With them one kernel, multiply, serves the products of all dense kinds, the structured products and whatever else is
+// a product of blocks. A new kernel is one more member of Kernels and one more line in instance.inc. This header is
+// included by the instruction-set files, so it contains plain data only: no inline function, no standard header.
+#ifndef QUORVEL_OPS_KERNELS_KERNELS_H
+#define QUORVEL_OPS_KERNELS_KERNELS_H
+
+namespace quorvel::detail {
+
+using kernel_index = unsigned int;
+using kernel_offset = __PTRDIFF_TYPE__;
+
+enum class Form : unsigned char { by_rows, by_columns, mirrored };
+enum class Shape : unsigned char { full, upper, lower };
+
+struct Factor {
+  const double* first;
+  kernel_offset stride;
+  kernel_offset shrink;
+  Form form;
+  Shape shape;
+};
+
+struct Target {
+  double* first;
+  kernel_offset stride;
+  kernel_offset shrink;
+  Form form;  // by_rows or by_columns
+  Shape shape;
+};
+
+/// Which part of a product: rows and columns of the result, and how many terms.
+struct Extent {
+  kernel_index row_begin, row_end;
+  kernel_index col_begin, col_end;
+  kernel_index depth;
+};
+
+struct Kernels {
+  const char* name;
+
+  /// Columns of a strip that suits the registers: callers that split work by columns take multiples of it.
+  kernel_index strip;
+
+  /// c(i, j) = sum over k = 0 .. depth - 1 of a(i, k) * b(k, j), for the rows and columns of `part` that lie in the
+  /// shape of c. No overlap between c and the factors. `c_origin`: the index of the column that c's lines begin with
+  /// (c by_rows, full); `b_origin`: the same for b.
+  void (*multiply)(const Target& c, kernel_index c_origin, const Factor& a, const Factor& b, kernel_index b_origin,
+                   const Extent& part);
+
+  /// y[k] += s * x[k], k = 0 .. count - 1.
+  void (*add_multiple)(double* y, double s, const double* x, kernel_index count);
+
+  /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
+  void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
+                    kernel_index rows, kernel_index cols);
+};
+
+/// The instance for this processor, chosen at the first call.
+const Kernels& kernels() noexcept;
+
+// The instances; not every platform has every one.
+extern const Kernels kernels_portable;
+extern const Kernels kernels_sse2;
+extern const Kernels kernels_avx2;
+extern const Kernels kernels_avx512;
+
+}  // namespace quorvel::detail
+
+#endif

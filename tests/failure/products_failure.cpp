@@ -1,0 +1,118 @@
+// Products when memory runs out: every allocation failed in turn. Operands that are dispensable die, nothing leaks (the
+// leak check of the room), and other operands are as they were.
+
+#include <new>
+#include <optional>
+
+#include "support/allocations.h"
+#include "support/codes.h"
+#include "support/operations.h"
+
+namespace {
+
+using namespace quorvel::test;
+
+constexpr int kOutOfMemory = 10680;
+
+// Runs `call` with the k-th allocation failing, for every k that it needs; make() prepares the operands.
+template <class Make>
+void FailEachAllocation(const std::string& name, Make make) {
+  unsigned k = 1;
+  for (;; ++k) {
+    auto call = make();
+    std::optional<int> code;
+    bool failed;
+    {
+      FailAllocations fail(k, Fail::kOnce);
+      code = CodeOf(call);
+      failed = fail.failed();
+    }
+    if (!failed) {
+      EXPECT_EQ(code, std::nullopt) << name;
+      break;
+    }
+    EXPECT_EQ(code, std::optional<int>(kOutOfMemory)) << name << ", allocation " << k;
+    ASSERT_LT(k, 50u) << name;
+  }
+}
+
+struct CheckFailures {
+  template <class A, class B, class Call>
+  void operator()(const char* name, int, A*, B*, Call call) const {
+    Random random(1);
+    // 70 is beyond the scratch on the stack.
+    for (const unsigned n : {3u, 70u}) {
+      const A a = Sample<A>(n, n, Pattern::kInteger, random);
+      const B b = Sample<B>(n, n, Pattern::kInteger, random);
+      for (int state = 0; state < 4; ++state) {
+        FailEachAllocation(name, [&] {
+          const A& x = state & 1 ? DispensableCopy(a) : a;
+          const B& y = state & 2 ? DispensableCopy(b) : b;
+          return [&x, &y, call] { Drop(call(x, y)); };
+        });
+      }
+    }
+  }
+};
+
+TEST(ProductFailures, EveryDensePair) { ForEachDensePair(CheckFailures()); }
+
+TEST(ProductFailures, GramForms) {
+  for (const bool dispensable : {false, true}) {
+    const RegularMatrix a(4, 3);
+    const UpperTriangularMatrix u(3);
+    const LowerTriangularMatrix l(3);
+    const auto operand = [dispensable](const auto& m) -> decltype(m) { return dispensable ? DispensableCopy(m) : m; };
+    FailEachAllocation("ATA", [&] { return [&x = operand(a)] { Drop(ATA(x)); }; });
+    FailEachAllocation("AAT", [&] { return [&x = operand(a)] { Drop(AAT(x)); }; });
+    FailEachAllocation("UTU", [&] { return [&x = operand(u)] { Drop(UTU(x)); }; });
+    FailEachAllocation("LTL", [&] { return [&x = operand(l)] { Drop(LTL(x)); }; });
+  }
+}
+
+// The result of Mult is as good as before when no memory is left for it; one that is an operand and dispensable dies.
+TEST(ProductFailures, Mult) {
+  const RegularMatrix a(3, 3), b(3, 3);
+  RegularMatrix result(2, 2);
+  result(1, 1) = 8.0;
+  {
+    FailAllocations fail(1, Fail::kOnce);
+    const RegularMatrix& x = a;
+    EXPECT_EQ(CodeOf([&] { Mult(result, x, b); }), std::optional<int>(kOutOfMemory));
+  }
+  EXPECT_EQ(Mult(result, a, b).nrows(), 3u);
+  FailEachAllocation("Mult(A, A, B)", [&] {
+    RegularMatrix* const d = &DispensableCopy(a);
+    return [d, &b] { Drop(Mult(*d, *d, b)); };
+  });
+  FailEachAllocation("Mult(result, A, B)", [&] {
+    return [&x = DispensableCopy(a), &y = DispensableCopy(b)] {
+      RegularMatrix fresh;
+      Mult(fresh, x, y);
+    };
+  });
+}
+
+template <class K>
+void CheckScaling() {
+  Random random(2);
+  const K a = Sample<K>(3, 3, Pattern::kInteger, random);
+  FailEachAllocation("A * s", [&] { return [&a] { Drop(a * 2.0); }; });
+  FailEachAllocation("s * dispensable A", [&] { return [&x = DispensableCopy(a)] { Drop(2.0 * x); }; });
+  FailEachAllocation("Mult(result, A, s)", [&] {
+    return [&x = DispensableCopy(a)] {
+      K fresh;
+      Mult(fresh, x, 2.0);
+    };
+  });
+}
+
+TEST(ScalingFailures, EveryDenseKind) {
+  CheckScaling<RegularMatrix>();
+  CheckScaling<SymmetricMatrix>();
+  CheckScaling<UpperTriangularMatrix>();
+  CheckScaling<LowerTriangularMatrix>();
+  CheckScaling<DiagonalMatrix>();
+}
+
+}  // namespace
