@@ -20,8 +20,11 @@
 
 namespace quorvel::detail {
 
+/// Inverses and solve operators take a pivot beyond this for a number, any other for a zero.
+inline constexpr double smallest_pivot = 1e-200;
+
 /// A pivot that an inverse divides by. NaN does not pass.
-inline bool PivotPasses(double d) noexcept { return std::fabs(d) > 1e-200; }
+inline bool PivotPasses(double d) noexcept { return std::fabs(d) > smallest_pivot; }
 
 /// Order 0 has no inverse: it ends as the array-length error of a work array of n - 1 doubles.
 inline void RequireInvertibleOrder(index_t n) {
