@@ -23,6 +23,7 @@ inline constexpr int packed_size = 180;        // packed kinds: rows != columns 
 inline constexpr int diagonal_size = 210;      // diagonal kind: rows != columns in a constructor
 inline constexpr int symmetric_from_diagonal = 240;  // SymmetricMatrix from DiagonalMatrix
 inline constexpr int sum_mixed = 280;          // sums of unlike dense kinds and diagonal updates
+inline constexpr int sum_reversed = 293;       // difference of two sparse matrices that is formed in the second
 inline constexpr int upper_from_diagonal = 330;  // UpperTriangularMatrix from DiagonalMatrix
 inline constexpr int sum_like = 340;           // element-wise sums of like dense kinds
 inline constexpr int lower_from_diagonal = 380;  // LowerTriangularMatrix from DiagonalMatrix

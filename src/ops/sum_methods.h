@@ -1,10 +1,13 @@
-// The arithmetic of sums with a dense result. Every element is a(i, j) + b(i, j) or a(i, j) - b(i, j) literally, with
-// implicit zeros read as +0.0 (so -0.0 + 0.0 gives 0.0), except where only a diagonal is touched.
+// The arithmetic of sums but for two sparse operands. Every element is a(i, j) + b(i, j) or a(i, j) - b(i, j) literally, with
+// implicit zeros read as +0.0 (so -0.0 + 0.0 gives 0.0), except where only a diagonal or stored sparse elements are added:
+// there the other elements of the result are those of one operand, negated in a difference that begins with the other.
 #ifndef QUORVEL_OPS_SUM_METHODS_H
 #define QUORVEL_OPS_SUM_METHODS_H
 
 #include "dense/rules.h"
 #include "ops/sums.h"
+#include "sparse/cursor.h"
+#include "sparse/diagonal_sum.h"
 
 namespace quorvel::detail {
 
@@ -55,11 +58,14 @@ void NegateForDiagonalMinus(X& x) {
   }
 }
 
-/// Diagonal of a dense matrix +- d.
 template <class Op, class X>
-void UpdateDiagonal(X& x, const DiagonalMatrix& d) noexcept {
-  const Rule<X> e(x);
-  for (index_t i = 0; i < d.ndim(); ++i) e.store(i, i) = Op::of(e.store(i, i), d.data()[i]);
+void UpdateDiagonal(X& x, const DiagonalMatrix& d) {
+  if constexpr (is_dense<X>) {
+    const Rule<X> e(x);
+    for (index_t i = 0; i < d.ndim(); ++i) e.store(i, i) = Op::of(e.store(i, i), d.data()[i]);
+  } else {
+    AddToDiagonal(x, d, Op::subtracts);
+  }
 }
 
 /// X with a diagonal matrix: the elements off the diagonal keep their bits, or change their sign in D - X.
@@ -74,6 +80,61 @@ struct OnDiagonal {
     CopyUnlessSame(result, x);
     if (Op::subtracts) NegateForDiagonalMinus(result);
     UpdateDiagonal<Addition>(result, d);
+  }
+};
+
+/// Stored elements of a sparse matrix added to (subtracted from) a dense one of the same size.
+template <class Op, class S>
+void AddStored(SymmetricMatrix& target, const S& sparse) noexcept {
+  const Rule<SymmetricMatrix> to(target);
+  Rule<S>(sparse).for_each_stored([&](const SparseElement& e) {
+    double& x = to.store(e.row, e.col);
+    x = Op::of(x, e.value);
+  });
+}
+
+template <class Op, class S>
+void AddStored(RegularMatrix& target, const S& sparse) noexcept {
+  const Rule<RegularMatrix> to(target);
+  Rule<S>(sparse).for_each_stored([&](const SparseElement& e) {
+    double& x = to.store(e.row, e.col);
+    x = Op::of(x, e.value);
+    if constexpr (std::is_same_v<S, SymmetricSparseMatrix>) {
+      // A symmetric sparse matrix that was built with unlike sizes may have no such place.
+      if (e.row == e.col || e.col >= to.rows() || e.row >= to.cols()) return;
+      double& mirrored = to.store(e.col, e.row);
+      mirrored = Op::of(mirrored, e.value);
+    }
+  });
+}
+
+/// A dense matrix into a result that may be of another kind.
+template <class R, class X>
+void FillFrom(R& result, const X& x) {
+  if constexpr (std::is_same_v<R, X>) {
+    CopyUnlessSame(result, x);
+  } else {
+    const Rule<X> from(x);
+    result.SetSize(from.rows(), from.cols(), false);
+    const Rule<R> to(result);
+    for (index_t i = 0; i < from.rows(); ++i) {
+      for (index_t j = 0; j < from.cols(); ++j) to.store(i, j) = from.at(i, j);
+    }
+  }
+}
+
+/// A dense kind with a sparse one.
+struct StoredOnDense {
+  template <class Op, class R, class A, class B>
+  static void run(R& result, const A& a, const B& b) {
+    if constexpr (is_dense<A>) {
+      FillFrom(result, a);
+      AddStored<Op>(result, b);
+    } else {
+      FillFrom(result, b);
+      if (Op::subtracts) result.Negate();
+      AddStored<Addition>(result, a);
+    }
   }
 };
 

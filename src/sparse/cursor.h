@@ -88,6 +88,11 @@ class SparseLines {
                                     : LineCursor(ListHead<ByCol>(*a_, j), npos, nullptr, npos);
   }
 
+  /// What row i stores itself: in the symmetric kind from the diagonal on (and elements below it, see above).
+  LineCursor stored_row(index_t i) const noexcept {
+    return LineCursor(nullptr, 0, ListHead<ByRow>(*a_, i), a_->cols);
+  }
+
   /// Element (i, j), 0.0 when absent. Walks a list.
   double at(index_t i, index_t j) const noexcept {
     const SparseElement* const e = a_->Cell_Loc(i, j);

@@ -1,11 +1,10 @@
-// RegularSparseMatrix: construction, conversion, diagonal sums, lines as vectors.
+// RegularSparseMatrix: construction, conversion, lines as vectors.
 #include "quorvel/RegularSparseMatrix.h"
 
 #include <utility>
 
 #include "core/ownership.h"
 #include "sparse/copy.h"
-#include "sparse/diagonal_sum.h"
 #include "sparse/print.h"
 
 namespace detail = quorvel::detail;

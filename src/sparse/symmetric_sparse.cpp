@@ -1,11 +1,10 @@
-// SymmetricSparseMatrix: construction, conversion, diagonal sums, lines as vectors.
+// SymmetricSparseMatrix: construction, conversion, lines as vectors.
 #include "quorvel/SymmetricSparseMatrix.h"
 
 #include <utility>
 
 #include "core/ownership.h"
 #include "sparse/copy.h"
-#include "sparse/diagonal_sum.h"
 #include "sparse/print.h"
 
 namespace detail = quorvel::detail;
