@@ -31,6 +31,27 @@ K DenseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
   return a;
 }
 
+// The same of a sparse kind, with about one cell in three stored, none of them zero.
+template <class K>
+K SparseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
+  K a(m, n);
+  for (unsigned i = 0; i < m; ++i) {
+    for (unsigned j = 0; j < n; ++j) {
+      if (random.Chance(3)) a.Put(i, j, Draw(pattern, random));
+    }
+  }
+  return a;
+}
+
+template <class K>
+K SumSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
+  if constexpr (kSparse<K>) {
+    return SparseSample<K>(m, n, pattern, random);
+  } else {
+    return DenseSample<K>(m, n, pattern, random);
+  }
+}
+
 // The element a + b or a - b.
 struct PlusOp {
   static constexpr bool minus = false;
@@ -65,26 +86,44 @@ constexpr bool Has(unsigned i, unsigned j) {
   return true;
 }
 
-// A sum of dense kinds, with a result of kind R. With a diagonal operand the other elements keep their bits, or change
-// their sign when the diagonal is the minuend, but for a symmetric subtrahend.
+// The sum, element by element, with a result of kind R.
+//
+// With a diagonal operand the elements off the diagonal keep their bits, and so do those of a dense matrix where a sparse
+// operand stores nothing; in a difference that begins with the diagonal or the sparse operand they change their sign
+// (but those of a dense symmetric subtrahend of a diagonal matrix stay). A sparse result has no zeros of its own.
 template <class Op, class R, class A, class B>
-Plain ExpectedDense(const Plain& a, const Plain& b) {
+Plain ExpectedSum(const Plain& a, const Plain& b) {
   constexpr bool a_diagonal = std::is_same_v<A, DiagonalMatrix>;
   constexpr bool b_diagonal = std::is_same_v<B, DiagonalMatrix>;
   Plain r(a.m, a.n);
   for (unsigned i = 0; i < a.m; ++i) {
     for (unsigned j = 0; j < a.n; ++j) {
       if (!Has<R>(i, j)) continue;
-      if (i == j || a_diagonal == b_diagonal) {
-        r(i, j) = Op::of(a(i, j), b(i, j));
-      } else if (b_diagonal) {
+      const bool only_a = b_diagonal && !a_diagonal ? i != j : kSparse<B> && !kSparse<R> && b(i, j) == 0.0;
+      const bool only_b = a_diagonal && !b_diagonal ? i != j : kSparse<A> && !kSparse<R> && a(i, j) == 0.0;
+      if (only_a) {
         r(i, j) = a(i, j);
+      } else if (only_b) {
+        r(i, j) = Op::minus && !(a_diagonal && std::is_same_v<B, SymmetricMatrix>) ? -b(i, j) : b(i, j);
       } else {
-        r(i, j) = Op::minus && !std::is_same_v<B, SymmetricMatrix> ? -b(i, j) : b(i, j);
+        r(i, j) = Op::of(a(i, j), b(i, j));
       }
+      if (kSparse<R> && r(i, j) == 0.0) r(i, j) = 0.0;
     }
   }
   return r;
+}
+
+// Which of two dispensable (or not) operands becomes the result: 1, 2, or 0 for a new matrix. Of two sparse operands
+// the one with more elements is preferred.
+template <class R, class A, class B>
+int ExpectedReuse(const A& a, const B& b, bool a_dispensable, bool b_dispensable) {
+  const bool first = a_dispensable && std::is_same_v<A, R>;
+  const bool second = b_dispensable && std::is_same_v<B, R>;
+  if constexpr (kSparse<A> && kSparse<B>) {
+    if (a.used < b.used) return second ? 2 : first ? 1 : 0;
+  }
+  return first ? 1 : second ? 2 : 0;
 }
 
 // What every result of a sum has in common; `r` is looked at, not consumed.
@@ -127,12 +166,11 @@ void CheckSum(const A& a, const B& b, const Plain& expected) {
     B& second = state & 2 ? DispensableCopy(y) : y;
     const Matrix* const first_address = &first;
     const Matrix* const second_address = &second;
-    const bool first_reused = (state & 1) && std::is_same_v<A, R>;
-    const bool second_reused = (state & 2) && std::is_same_v<B, R> && !first_reused;
+    const int reused = ExpectedReuse<R>(a, b, (state & 1) != 0, (state & 2) != 0);
     const Held<R> sum(Op::apply(first, second));
     const Matrix* const result = &*sum;
-    EXPECT_EQ(result == first_address, first_reused) << "state " << state;
-    EXPECT_EQ(result == second_address, second_reused) << "state " << state;
+    EXPECT_EQ(result == first_address, reused == 1) << "state " << state;
+    EXPECT_EQ(result == second_address, reused == 2) << "state " << state;
     ExpectSum(*sum, expected);
   }
   // Three operands: a new result, a used one, one that is an operand; operands consumed when dispensable.
@@ -221,6 +259,41 @@ void CheckSumWithItself(const K& a, const Plain& expected) {
   }
 }
 
+template <class Op, class R, class A, class B>
+void CheckRandomSum(unsigned m, unsigned n, Pattern pattern, Random& random) {
+  SCOPED_TRACE(::testing::Message() << A().ClassName() << " " << Op::name() << " " << B().ClassName());
+  const A a = SumSample<A>(m, n, pattern, random);
+  const B b = SumSample<B>(m, n, pattern, random);
+  CheckSum<Op, R>(a, b, ExpectedSum<Op, R, A, B>(PlainOf(a), PlainOf(b)));
+}
+
+template <class R, class A, class B>
+void CheckRandomSums(unsigned m, unsigned n, Pattern pattern, Random& random) {
+  CheckRandomSum<PlusOp, R, A, B>(m, n, pattern, random);
+  CheckRandomSum<MinusOp, R, A, B>(m, n, pattern, random);
+}
+
+// The column count that goes with a row count of n, where the kinds allow another.
+inline unsigned OtherSize(unsigned n, Random& random) { return n < 18 ? random.Below(18) : n - random.Below(3); }
+
+template <class K>
+void CheckLikeSums(unsigned n, Pattern pattern, Random& random) {
+  const unsigned cols = kRectangular<K> ? OtherSize(n, random) : n;
+  CheckRandomSums<K, K, K>(n, cols, pattern, random);
+  SCOPED_TRACE(K().ClassName());
+  const K a = SumSample<K>(n, cols, pattern, random);
+  CheckSumWithItself<PlusOp>(a, ExpectedSum<PlusOp, K, K, K>(PlainOf(a), PlainOf(a)));
+  CheckSumWithItself<MinusOp>(a, ExpectedSum<MinusOp, K, K, K>(PlainOf(a), PlainOf(a)));
+}
+
+// A pair in both orders, with a result of kind R.
+template <class R, class A, class B>
+void CheckUnlikeSums(unsigned n, Pattern pattern, Random& random) {
+  const unsigned cols = kRectangular<A> && kRectangular<B> ? OtherSize(n, random) : n;
+  CheckRandomSums<R, A, B>(n, cols, pattern, random);
+  CheckRandomSums<R, B, A>(n, cols, pattern, random);
+}
+
 // Large sizes take their turn with the patterns, small ones take them all.
 template <class Body>
 void ForSumSamples(std::uint64_t seed, Body body) {
@@ -235,9 +308,6 @@ void ForSumSamples(std::uint64_t seed, Body body) {
     }
   }
 }
-
-// The column count that goes with a row count of n, where the kinds allow another.
-inline unsigned OtherSize(unsigned n, Random& random) { return n < 18 ? random.Below(18) : n - random.Below(3); }
 
 }  // namespace quorvel::test
 

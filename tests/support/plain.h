@@ -54,6 +54,21 @@ inline Plain PlainOf(const DiagonalMatrix& a) {
   return p;
 }
 
+// Absent cells are zeros.
+inline Plain PlainOfSparse(const SparseMatrix& a, bool mirror) {
+  Plain p(a.nrows(), a.ncols());
+  for (unsigned i = 0; i < a.nrows(); ++i) {
+    for (const SparseElement* e = a.GetFirstInRow(i); e != nullptr; e = e->nextInRow) {
+      p(e->row, e->col) = e->value;
+      if (mirror) p(e->col, e->row) = e->value;
+    }
+  }
+  return p;
+}
+
+inline Plain PlainOf(const RegularSparseMatrix& a) { return PlainOfSparse(a, false); }
+inline Plain PlainOf(const SymmetricSparseMatrix& a) { return PlainOfSparse(a, true); }
+
 // Same size and same bits (any NaN equals any other; the sign of a zero counts unless told otherwise).
 inline ::testing::AssertionResult Same(const Plain& got, const Plain& expected, bool zeros_alike = false) {
   if (got.m != expected.m || got.n != expected.n) {
