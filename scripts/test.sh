@@ -26,8 +26,13 @@ else
   scripts/setup.sh "${no_install[@]}" build test clang arm reference
 fi
 
-log_of() { echo "build/$1/Testing/Temporary/LastTest.log"; }
-digests_of() { grep '^digest ' "$(log_of "$1")" | sort; }
+# digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed.
+digests_of() { grep '^digest ' "build/$1/Testing/Temporary/LastTest.log" | sort; }
+
+# tests_digests PRESET ROOM: the lines "digest-of TEST HEX" of that room.
+tests_digests() {
+  QUORVEL_DIGEST_DETAIL=1 ctest --preset "$1" -V -R "^$2\$" | grep -o 'digest-of .*' | sort
+}
 
 for preset in "${presets[@]}"; do
   say "$preset: building"
@@ -39,11 +44,15 @@ done
 
 say "digests of all results (${presets[0]})"
 digests_of "${presets[0]}"
+reference=${presets[0]}
 for preset in "${presets[@]:1}"; do
-  if ! difference=$(diff <(digests_of "${presets[0]}") <(digests_of "$preset")); then
-    echo "FAILED: results of $preset differ from those of ${presets[0]}:"
-    echo "$difference"
-    echo "QUORVEL_DIGEST_DETAIL=1 in the environment of a test program prints one digest per test."
+  rooms=$(comm -3 <(digests_of "$reference") <(digests_of "$preset") | awk '{print $2}' | sort -u)
+  if [ -n "$rooms" ]; then
+    echo "FAILED: results of $preset differ from those of $reference:"
+    for room in $rooms; do
+      echo "room $room (< $reference, > $preset)"
+      diff <(tests_digests "$reference" "$room") <(tests_digests "$preset" "$room") || true
+    done
     exit 1
   fi
   echo "$preset: the same"
