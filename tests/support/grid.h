@@ -1,27 +1,16 @@
-// A plain rectangular array for the reference computations of the tests, and families of symmetric samples.
+// Plain arrays as matrices (products, norms, comparison), and families of symmetric samples.
 
 #ifndef QUORVEL_TESTS_SUPPORT_GRID_H
 #define QUORVEL_TESTS_SUPPORT_GRID_H
 
 #include <array>
-#include <cstddef>
 #include <vector>
 
-#include "quorvel/quorvel.h"
-#include "support/random.h"
+#include "support/plain.h"
 
 namespace quorvel::test {
 
-struct Grid {
-  Grid() = default;
-  Grid(unsigned rows, unsigned cols) : m(rows), n(cols), e(std::size_t{rows} * cols) {}
-  double& operator()(unsigned i, unsigned j) { return e[std::size_t{i} * n + j]; }
-  double operator()(unsigned i, unsigned j) const { return e[std::size_t{i} * n + j]; }
-
-  unsigned m = 0;
-  unsigned n = 0;
-  std::vector<double> e;
-};
+using Grid = Plain;
 
 // All elements of a dense matrix, implicit ones included, read through the public element access.
 template <class K>
