@@ -6,8 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "quorvel/RegularMatrix.h"
-#include "quorvel/SymmetricMatrix.h"
+#include "quorvel/quorvel.h"
 
 namespace {
 
@@ -35,21 +34,6 @@ SymmetricMatrix ProcessNoise() {
   return Q;
 }
 
-// F P F' + Q, element by element.
-SymmetricMatrix Propagated(const RegularMatrix& F, const SymmetricMatrix& P, const SymmetricMatrix& Q) {
-  SymmetricMatrix next(kStates);
-  for (unsigned i = 0; i < kStates; ++i) {
-    for (unsigned j = i; j < kStates; ++j) {
-      double sum = 0.0;
-      for (unsigned k = 0; k < kStates; ++k) {
-        for (unsigned l = 0; l < kStates; ++l) sum += F(i, k) * P(k, l) * F(j, l);
-      }
-      next(i, j) = sum + Q(i, j);
-    }
-  }
-  return next;
-}
-
 }  // namespace
 
 int main() {
@@ -65,7 +49,7 @@ int main() {
   std::puts("  t [s]   position sigma [m]   velocity sigma [m/s]");
   for (int t = 0; t <= 10; ++t) {
     std::printf("  %5d   %18.3f   %20.3f\n", t, std::sqrt(P(0, 0)), std::sqrt(P(kAxes, kAxes)));
-    if (t < 10) P = Propagated(F, P, Q);
+    if (t < 10) P = AQAT(F, P) + Q;
   }
 
   std::puts("\nCovariance after 10 s:");
