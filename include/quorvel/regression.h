@@ -15,8 +15,8 @@
 //
 // Scale: the tolerance of 1e-6 is absolute. Scale A and y so that their entries are of order 1: with all of A below 1e-6
 // the result is 1, with y of order 1e9 sometimes -1, with abscissae around 1e5 the x found can be poorer than the best,
-// and with dependent columns of A mostly 1. Observations must be finite: a NaN in y ends the process (the assertion
-// "0.0 <= a(i+1,0)" of Simplx), an infinite one gives NaN.
+// and with dependent columns of A mostly 1. All must be finite: an infinity or NaN in A gives -1, an infinity in y gives
+// x = NaN (or 1), and a NaN in y ends the process (the assertion "0.0 <= a(i+1,0)" of Simplx).
 //
 // Cost: a tableau of (2m + 2) (3m + 2n + 1) doubles and 4m + 2n + m ints; a pivot costs about 2m (m + 2n) operations, and there
 // are usually between m and 4m. m and n are limited by memory alone (2^28 doubles: std::bad_array_new_length).
@@ -56,7 +56,7 @@ QUORVEL_API int L1Regression(const RegularMatrix& A, const RegularMatrix& y, Reg
 /// counts are the caller's error); a is never consumed, and its singularity count stays.
 ///
 /// Tolerance: entries of size up to 1e-6 are no pivots, and an infeasibility up to 1e-6 passes. There is no scaling and no
-/// limit on the number of pivots; equal ratios are decided lexicographically. Two small arrays of int are allocated: 10680 when
+/// limit on the number of pivots (entries must be finite, or they may never end); equal ratios are decided lexicographically. Two small arrays of int are allocated: 10680 when
 /// that fails.
 ///
 /// Source: Dantzig, Linear Programming and Extensions (1963), chapters 5, 6 and 10.

@@ -3,6 +3,7 @@
 // Variables: x+ (0 .. n-1), x- (n .. 2n-1), residual bounds t (2n .. 2n+m-1). Observation i gives the two constraints
 //    A(i, :) x - t(i) <= y(i)   (row i + 1)          A(i, :) x + t(i) >= y(i)   (row m + i + 1)
 // with x = x+ - x-. Constants must not be negative: for y(i) < 0 both sides change their sign, which exchanges x+ and x-.
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -16,6 +17,8 @@ namespace {
 
 namespace detail = quorvel::detail;
 
+constexpr int no_solution = -1;
+
 /// A new tableau of zeros. Its sizes are counted in 64 bits and must leave the counts of Simplx within int.
 RegularMatrix NewTableau(std::uint64_t m, std::uint64_t n) {
   const std::uint64_t rows = 2 * m + 2;
@@ -24,11 +27,18 @@ RegularMatrix NewTableau(std::uint64_t m, std::uint64_t n) {
   return RegularMatrix(static_cast<Matrix::size_type>(rows), static_cast<Matrix::size_type>(columns));
 }
 
+/// With an infinity or a NaN among the coefficients the pivots need not come to an end.
+bool AllFinite(const RegularMatrix& A) {
+  const double* const begin = A.data();
+  return std::all_of(begin, begin + A.StoredCount(), [](double v) { return std::isfinite(v); });
+}
+
 /// The solver on values y(0), y(stride), ...: all that both forms share.
 int Solve(const double* y, std::size_t stride, const RegularMatrix& A, double* x) {
   const std::size_t m = A.nrows();
   const std::size_t n = A.ncols();
   RegularMatrix tableau = NewTableau(m, n);
+  if (!AllFinite(A)) return no_solution;
   const std::size_t width = tableau.ncols();
   double* const a = tableau.data();
   const std::size_t bounds = 2 * n + 1;  // column of t(0)

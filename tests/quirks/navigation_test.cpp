@@ -1,0 +1,116 @@
+// docs/QUIRKS.md, "Navigation": each statement as a test. (That a NaN ends the process: rooms unit, L1 and Simplex.)
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "quorvel/quorvel.h"
+#include "support/codes.h"
+#include "support/make.h"
+
+namespace quorvel::test {
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+TEST(NavigationQuirks, LegendreOfOrderTwo) {
+  LowerTriangularMatrix two(2), three(3);
+  LegendreFunctions(two, 60.0);
+  LegendreFunctions(three, 60.0);
+  EXPECT_EQ(two(1, 1), 1.0);
+  EXPECT_NEAR(three(1, 1), 0.5, 1e-15);
+}
+
+TEST(NavigationQuirks, LegendreOverflows) {
+  const auto finite = [](unsigned n) {
+    LowerTriangularMatrix p(n);
+    LegendreFunctions(p, 45.0);
+    return p.AllElementsOnInterval(-1e308, 1e308);
+  };
+  EXPECT_TRUE(finite(150));
+  EXPECT_FALSE(finite(152));
+}
+
+TEST(NavigationQuirks, TheDerivativeIsPerRadian) {
+  const RegularMatrix d(DerivativeOfPrimary_Axis_Rotation_Matrix_DEG(3, 90.0));
+  EXPECT_EQ(d(0, 0), -1.0);
+}
+
+TEST(NavigationQuirks, NegativeZeros) {
+  const RegularMatrix e(denu_dxyz(0, 0)), d(DerivativeOfPrimary_Axis_Rotation_Matrix_RAD(1, 0));
+  for (const double zero : {e(0, 0), e(1, 0), e(1, 1), d(1, 1), d(2, 2)}) {
+    EXPECT_EQ(zero, 0.0);
+    EXPECT_TRUE(std::signbit(zero));
+    EXPECT_FALSE(std::signbit(zero + 0.0));
+  }
+}
+
+TEST(NavigationQuirks, PendingCodes) {
+  EXPECT_CODE_WHILE_PENDING(7, Primary_Axis_Rotation_Matrix_RAD(1, 0), 7);
+  const auto free = [] {
+    const RegularMatrix e(std::move(denu_dxyz(0, 0)));
+    const RegularMatrix d(std::move(dxyz_dblh(0, 0, 0, 1, 0)));
+    LowerTriangularMatrix p(2);
+    p.set_ok(false);
+    LegendreFunctions(p, 0);
+    double x;
+    const double y = 3;
+    RegularMatrix one(1, 1);
+    *one.data() = 1.0;
+    L1Regression(&y, one, &x);
+  };
+  EXPECT_NO_CODE_WHILE_PENDING(7, free());
+}
+
+TEST(NavigationQuirks, ScalingOfTheNoise) {
+  SymmetricMatrix pv, pva;
+  Q_PV(pv, kInf, 0.0);
+  Q_PVA(pva, kInf, 0.0);
+  EXPECT_TRUE(std::isnan(pv(0, 0)));
+  EXPECT_TRUE(pva == 0.0);
+}
+
+TEST(NavigationQuirks, KinematicTargets) {
+  EXPECT_CODE(Phi_PV(Dispensable<UpperTriangularMatrix>(2u), 1.0), 50000);
+  SymmetricMatrix q;
+  Q_PV(q, -1.0, 1.0);
+  EXPECT_LT(q(0, 0), 0.0);
+}
+
+// The median of 2, 4, 6 by a column of ones; the other order fits the ones by the observations.
+TEST(NavigationQuirks, ArgumentOrdersOfL1) {
+  RegularMatrix A(3, 1), y(3, 1), x;
+  A = 1.0;
+  y(0) = 2.0;
+  y(1) = 4.0;
+  y(2) = 6.0;
+  double value;
+  EXPECT_EQ(L1Regression(y.data(), A, &value), 0);
+  EXPECT_EQ(value, 4.0);
+  EXPECT_EQ(L1Regression(A, y, x), 0);
+  EXPECT_EQ(x(0), 4.0);
+  EXPECT_EQ(L1Regression(y, A, x), 0);
+  EXPECT_NE(x(0), 4.0);
+}
+
+TEST(NavigationQuirks, ScaleOfL1) {
+  RegularMatrix A(3, 1), y(3, 1), x;
+  A = 1e-7;
+  y = 1.0;
+  EXPECT_EQ(L1Regression(A, y, x), 1);
+  y(0) = kInf;
+  A = 1.0;
+  double values[1];
+  EXPECT_EQ(L1Regression(y.data(), A, values), 0);
+  EXPECT_TRUE(std::isnan(values[0]));
+  y(0) = 1.0;
+  for (const double bad : {kInf, -kInf, std::numeric_limits<double>::quiet_NaN()}) {
+    A(1) = bad;
+    EXPECT_EQ(L1Regression(A, y, x), -1);
+    EXPECT_EQ(x.nrows(), 0u);
+  }
+}
+
+}  // namespace
+}  // namespace quorvel::test
