@@ -1,4 +1,4 @@
-// Copying blocks: the checks, who dies, and the writers of dense targets.
+// Copying blocks: the checks, who dies, and the writing of dense blocks.
 #ifndef QUORVEL_OPS_BLOCKS_H
 #define QUORVEL_OPS_BLOCKS_H
 
@@ -9,6 +9,8 @@
 #include "core/storage.h"
 #include "dense/block.h"
 #include "dense/rules.h"
+#include "quorvel/RegularSparseMatrix.h"
+#include "quorvel/SymmetricSparseMatrix.h"
 
 namespace quorvel::detail {
 
@@ -40,12 +42,20 @@ inline bool OneSided(const Block& b) noexcept {
          std::uint64_t{b.row} + 1 >= std::uint64_t{b.col} + b.cols;
 }
 
+/// A packed target takes one side of its diagonal; a symmetric sparse one has both when it is square.
+template <class T>
+bool TakesShape([[maybe_unused]] const T& target, [[maybe_unused]] const Block& b) noexcept {
+  if constexpr (is_packed<T>) return OneSided(b);
+  if constexpr (std::is_same_v<T, SymmetricSparseMatrix>) return target.nrows() == target.ncols();
+  return true;
+}
+
 /// Throws the pending code, 50000 or 40000; both matrices die first if they are dispensable.
 template <class T, class S>
 void CheckBlock(const Block& b, const T& target, const S& src) {
   int value = GetErrorCode();
   if (value == 0 && !(target.ok() && src.ok())) value = offset::not_ok;
-  if (value == 0 && !(Fits(b, target, src) && (!is_packed<T> || OneSided(b)))) value = offset::shape;
+  if (value == 0 && !(Fits(b, target, src) && TakesShape(target, b))) value = offset::shape;
   if (value != 0) FailWith(value, &target, &src);
 }
 
@@ -57,14 +67,28 @@ Range StoredColumns(const Rule<T>& to, const Block& b, index_t r) noexcept {
   return common(all, to.stored_in_row(b.row + r));
 }
 
-/// The elements of a dense source, element by element.
+/// The same block, read from a copy of itself.
+inline Block FromBuffer(const Block& b) noexcept { return {b.row, b.col, 0, 0, b.rows, b.cols}; }
+
+/// A block into a target that may store a part of it only. Sparse matrices: see sparse_blocks.h.
 template <class T, class S>
 void WriteBlock(T& target, const S& src, const Block& b) {
-  if constexpr (is_packed<T> && std::is_same_v<T, S>) {
+  if constexpr (!is_dense<T>) {
+    WriteSparseBlock(target, src, b);
+  } else if constexpr (!is_dense<S>) {
+    WriteStored(target, src, b);
+  } else {
+    WriteDenseBlock(target, src, b);
+  }
+}
+
+template <class T, class S>
+void WriteDenseBlock(T& target, const S& src, const Block& b) {
+  if constexpr (std::is_same_v<T, S>) {
     if (&target == &src) {  // read everything before anything is written
       RegularMatrix buffer(b.rows, b.cols);
       ReadBlock(src, b.src_row, b.src_col, buffer);
-      WriteBlock(target, buffer, {b.row, b.col, 0, 0, b.rows, b.cols});
+      WriteDenseBlock(target, buffer, FromBuffer(b));
       return;
     }
   }

@@ -13,6 +13,7 @@
 #include "support/digest.h"
 #include "support/make.h"
 #include "support/plain.h"
+#include "support/sparse.h"
 
 namespace quorvel::test {
 
@@ -132,6 +133,9 @@ void ExpectSum(const R& r, const Plain& expected) {
   EXPECT_TRUE(Same(r, expected));
   EXPECT_EQ(r.nsing(), -1);
   EXPECT_TRUE(r.ok());
+  if constexpr (kSparse<R>) {
+    EXPECT_SOUND(r);
+  }
 }
 
 // One pair with given operands: every form, every ownership state.
@@ -215,6 +219,9 @@ void CheckSum(const A& a, const B& b, const Plain& expected) {
     static_assert(std::is_same_v<decltype(Op::compound(target, b)), R&>);
     EXPECT_EQ(&Op::compound(target, b), &target);
     EXPECT_TRUE(Same(target, expected));
+    if constexpr (kSparse<R>) {
+      EXPECT_SOUND(target);
+    }
     EXPECT_EQ(target.nsing(), kSparse<R> ? 3 : -1);
     target = a;
     Op::compound(target, DispensableCopy(b));
