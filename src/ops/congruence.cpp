@@ -4,8 +4,6 @@
 // both products:  w'(k, i) = sum Q(k, t) X'(t, i)  and  s(j, i) = sum X(j, t) w'(t, i), j >= i.
 #include "ops/congruence.h"
 
-#include <utility>
-
 namespace quorvel::detail {
 namespace {
 
@@ -24,10 +22,11 @@ void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned n, unsigned m, FillS
   }
 }
 
-/// Element (i, t) of a factor that is read by rows or by columns.
+/// Element (i, t) of a full factor.
 double ElementOf(const Factor& x, unsigned i, unsigned t) noexcept {
-  const auto [line, at] = x.form == Form::by_rows ? std::pair{i, t} : std::pair{t, i};
-  return x.first[static_cast<kernel_offset>(line) * x.stride + at];
+  const bool by_rows = x.form == Form::by_rows || (x.form == Form::mirrored && i <= t);
+  const kernel_offset line = by_rows ? i : t;
+  return x.first[line * x.stride - x.shrink * (line * (line - 1) / 2) + (by_rows ? t : i)];
 }
 
 }  // namespace
@@ -42,6 +41,22 @@ void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, un
   ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
     for (unsigned t = 0; t < m; ++t) {
       for (unsigned i = begin; i < end; ++i) w[t * strip + (i - begin)] = 0.0 + ElementOf(x, i, t) * q[t];
+    }
+  });
+}
+
+void SparseCongruence(SymmetricMatrix& s, const Factor& x, const SparseLines& q, unsigned n, unsigned m) {
+  StripScratch transposed(std::uint64_t{strip} * m);
+  double* const xt = transposed.data();
+  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
+    for (unsigned t = 0; t < m; ++t) {
+      for (unsigned i = begin; i < end; ++i) xt[t * strip + (i - begin)] = ElementOf(x, i, t);
+    }
+    for (unsigned k = 0; k < m; ++k) {
+      FillDoubles(w + k * strip, 0.0, strip);
+      for (LineCursor e = q.row(k); e; e.next()) {
+        kernels().add_multiple(w + k * strip, e.value(), xt + e.index() * strip, end - begin);
+      }
     }
   });
 }

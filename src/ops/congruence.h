@@ -7,6 +7,7 @@
 
 #include "core/storage.h"
 #include "ops/views.h"
+#include "sparse/cursor.h"
 
 namespace quorvel::detail {
 
@@ -16,6 +17,9 @@ void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n
 
 /// As Congruence for a diagonal Q, given by its m doubles.
 void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, unsigned n, unsigned m);
+
+/// As Congruence for a sparse symmetric Q.
+void SparseCongruence(SymmetricMatrix& s, const Factor& x, const SparseLines& q, unsigned n, unsigned m);
 
 /// Scratch on the stack up to N doubles, on the heap beyond.
 template <unsigned N>

@@ -2,8 +2,8 @@
 #include "quorvel/products.h"
 
 #include "core/ownership.h"
-#include "dense/rules.h"
 #include "ops/tables/products.h"
+#include "quorvel/quorvel.h"
 
 #pragma GCC diagnostic error "-Wmissing-declarations"  // a row without its public declaration
 
@@ -16,6 +16,7 @@ K& ScaledInto(K& result, const K& a, double s) {
   a.ThrowNotOk(detail::code::product);
   detail::Consumed operand(a);
   if (&result == &a) operand.release(a);
+  result.ThrowNotOk(detail::code::none);
   result.Mult(a, s);
   return result;
 }
@@ -43,4 +44,5 @@ K& Scaled(K& a, double s) {
   K& operator*(double s, K& a) { return Scaled(a, s); }                        \
   K& operator*(double s, const K& a) { return Scaled(detail::Mutable(a), s); }
 QUORVEL_DENSE_SCALED(QUORVEL_DEFINE)
+QUORVEL_SPARSE_SCALED(QUORVEL_DEFINE)
 #undef QUORVEL_DEFINE

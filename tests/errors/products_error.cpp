@@ -48,6 +48,104 @@ struct CheckRefusals {
 
 TEST(ProductRefusals, EveryDensePair) { ForEachDensePair(CheckRefusals()); }
 
+TEST(ProductRefusals, EverySparsePair) { ForEachSparsePair(CheckRefusals()); }
+
+TEST(ProductRefusals, EveryPairWithBlocks) {
+  ForEachBlockPair(0, CheckRefusals());
+  ForEachBlockPair(5, CheckRefusals());  // the shape comes before the block size
+}
+
+// A block size that does not divide the order throws the bare value 0, which does not become pending.
+struct CheckBlockSize {
+  template <class A, class B, class Call>
+  void operator()(const char* name, int, A*, B*, Call call) const {
+    for (int state = 0; state < 4; ++state) {
+      const A a(Square<A>(order));
+      const B b(Square<B>(order));
+      const A& x = state & 1 ? DispensableCopy(a) : a;
+      const B& y = state & 2 ? DispensableCopy(b) : b;
+      bool thrown = false;
+      try {
+        Drop(call(x, y));
+      } catch (const MatrixException& e) {
+        thrown = true;
+        EXPECT_EQ(e.code(), 0) << name;
+      }
+      EXPECT_TRUE(thrown) << name;
+      EXPECT_EQ(GetErrorCode(), 0) << name;
+    }
+  }
+  unsigned order;
+};
+
+int callbacks = 0;
+
+TEST(ProductRefusals, BlockSizes) {
+  callbacks = 0;
+  SetAbortCallback([](int) { ++callbacks; });
+  ForEachBlockPair(3, CheckBlockSize{4});
+  ForEachBlockPair(5, CheckBlockSize{4});
+  ForEachBlockPair(8, CheckBlockSize{4});
+  ForEachBlockPair(0xFFFFFFFFu, CheckBlockSize{4});
+  ForEachBlockPair(1, CheckBlockSize{0});
+  SetAbortCallback(nullptr);
+  EXPECT_EQ(callbacks, 0);
+  SymmetricMatrix& one = Dispensable<SymmetricMatrix>(4u);
+  EXPECT_CODE(Drop(AQAT(Dispensable<RegularMatrix>(4u, 4u), one, 3)), 0);
+}
+
+TEST(ProductRefusals, SparseTriangles) {
+  for (const bool dispensable : {false, true}) {
+    const auto operand = [&](const RegularSparseMatrix& m) -> RegularSparseMatrix& {
+      return dispensable ? DispensableCopy(m) : const_cast<RegularSparseMatrix&>(m);
+    };
+    RegularSparseMatrix wide(2, 3), square(2, 2);
+    EXPECT_CODE(Drop(UTU(operand(wide))), 40320);
+    EXPECT_CODE(Drop(LTL(operand(wide))), 40320);
+    RegularSparseMatrix& a = operand(square);
+    a.set_ok(false);
+    EXPECT_CODE(Drop(UTU(a)), 50320);
+    square.set_ok(true);
+    RegularSparseMatrix& b = operand(square);
+    b.set_ok(false);
+    EXPECT_CODE(Drop(LTL(b)), 50320);
+    square.set_ok(true);
+    RegularSparseMatrix& c = operand(square);
+    c.set_ok(false);
+    EXPECT_CODE(Drop(ATA(c)), 50320);
+    square.set_ok(true);
+    RegularSparseMatrix& d = operand(square);
+    d.set_ok(false);
+    EXPECT_CODE(Drop(AAT(d)), 50320);
+  }
+}
+
+TEST(ProductRefusals, SymmetricOfProductIntoAResult) {
+  const RegularSparseMatrix a(2, 3), b(3, 2), wide(3, 3);
+  SymmetricMatrix result(1);
+  result.set_nsing(6);
+  EXPECT_CODE(SymmetricOfProduct(result, DispensableCopy(a), DispensableCopy(a)), 40320);
+  EXPECT_CODE(SymmetricOfProduct(result, DispensableCopy(a), DispensableCopy(wide)), 40000);
+  EXPECT_EQ(result.ndim(), 1u);
+  EXPECT_EQ(result.nsing(), 6);
+  EXPECT_CODE(SymmetricOfProduct(Dispensable<SymmetricMatrix>(2u), a, wide), 40000);
+  result.set_ok(false);
+  EXPECT_CODE(SymmetricOfProduct(result, DispensableCopy(a), DispensableCopy(b)), 50000);
+}
+
+// The dot kernels check the line indices only and destroy nothing.
+TEST(ProductRefusals, SparseDots) {
+  RegularSparseMatrix& a = Dispensable<RegularSparseMatrix>(2u, 3u);
+  const SymmetricSparseMatrix s(4);
+  EXPECT_CODE(RowDotCol(a, s, 2, 0, 0, 9), 62170);
+  EXPECT_CODE(RowDotCol(a, s, 0, 4, 0, 9), 62180);
+  EXPECT_CODE(RowDotRow(a, s, 0, 4, 0, 9), 62170);
+  EXPECT_CODE(ColDotCol(a, s, 3, 0, 0, 9), 62180);
+  EXPECT_CODE(ColDotCol(s, a, 0, 3, 0, 9), 62180);
+  EXPECT_NO_CODE_WHILE_PENDING(5, RowDotCol(a, s, 0, 0, 0, 9));
+  a.DestroyIfDispensable();
+}
+
 TEST(ProductRefusals, OneObjectTwice) {
   const auto spoiled = []() -> RegularMatrix& {
     RegularMatrix& a = Dispensable<RegularMatrix>(2u, 3u);
@@ -169,6 +267,24 @@ TEST(MultRefusals, NothingIsWrittenBeforeTheCheck) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Scaling
 
+TEST(MultRefusals, SparseResult) {
+  const RegularSparseMatrix a(2, 2);
+  for (int state = 0; state < 4; ++state) {
+    RegularSparseMatrix result(2, 2);
+    result.Put(0, 0, 3.0);
+    result.set_ok(false);
+    const RegularSparseMatrix& x = state & 1 ? DispensableCopy(a) : a;
+    const RegularSparseMatrix& y = state & 2 ? DispensableCopy(a) : a;
+    EXPECT_CODE(Mult(result, x, y), 50000);
+    EXPECT_EQ(result.used, 1u);
+  }
+  RegularSparseMatrix spoiled(2, 2);
+  spoiled.set_ok(false);
+  EXPECT_CODE(Mult(spoiled, a, spoiled), 50294);
+  RegularSparseMatrix wide(2, 3), result(1, 1);
+  EXPECT_CODE(Mult(result, wide, DispensableCopy(wide)), 40294);
+}
+
 template <class K>
 void CheckScalingRefusals() {
   K a(Square<K>(2)), result;
@@ -188,6 +304,11 @@ void CheckScalingRefusals() {
   K& f = Dispensable<K>(Square<K>(2));
   result.set_ok(false);
   EXPECT_CODE(Mult(result, f, 2.0), 50000);
+}
+
+TEST(ScalingRefusals, EverySparseKind) {
+  CheckScalingRefusals<RegularSparseMatrix>();
+  CheckScalingRefusals<SymmetricSparseMatrix>();
 }
 
 TEST(ScalingRefusals, EveryDenseKind) {

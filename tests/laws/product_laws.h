@@ -40,6 +40,7 @@ void Expect(R& returned, const Masked& expected, const std::string& call) {
   EXPECT_EQ(result.nsing(), -1) << call;
   const Masked masked = MaskedOf(result);
   EXPECT_TRUE(SameAs(masked, expected)) << call;
+  EXPECT_TRUE(HoldsNoZero(result)) << call;
   FeedDigest(masked);
 }
 

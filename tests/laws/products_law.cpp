@@ -1,5 +1,7 @@
 // Every pair of the product table, with operator* and Mult, against the triple loop over existing positions.
 
+#include <type_traits>
+
 #include "laws/product_laws.h"
 
 #include "../../src/ops/tables/products.h"
@@ -30,6 +32,7 @@ void CheckProduct(const char* name, unsigned seed) {
     EXPECT_EQ(&Mult(result, a, b), &result) << call;
     EXPECT_EQ(result.nsing(), -1) << call;
     EXPECT_TRUE(SameAs(MaskedOf(result), expected)) << call << " by Mult";
+    EXPECT_TRUE(HoldsNoZero(result)) << call << " by Mult";
   });
 }
 
@@ -63,6 +66,8 @@ void CheckAliases(const char* name, unsigned seed) {
 #define QUORVEL_LAW(R, A, B) \
   TEST(Products, A##_times_##B) { CheckProduct<R, A, B>(#A " * " #B, 1); }
 QUORVEL_DENSE_PRODUCTS(QUORVEL_LAW)
+QUORVEL_MIXED_PRODUCTS(QUORVEL_LAW)
+QUORVEL_SPARSE_PRODUCTS(QUORVEL_LAW)
 #undef QUORVEL_LAW
 
 TEST(Products, ResultIsAFactor) {
@@ -70,6 +75,7 @@ TEST(Products, ResultIsAFactor) {
   CheckAliases<UpperTriangularMatrix>("UpperTriangularMatrix", 3);
   CheckAliases<LowerTriangularMatrix>("LowerTriangularMatrix", 4);
   CheckAliases<DiagonalMatrix>("DiagonalMatrix", 5);
+  CheckAliases<RegularSparseMatrix>("RegularSparseMatrix", 6);
 }
 
 // Blocks of terms, packed panels, and several strips need larger products than the other laws use.
@@ -89,6 +95,51 @@ TEST(Products, LongSums) {
 
 // ---------------------------------------------------------------------------------------------------------------------
 
+// A sparse copy starts with an unknown count.
+constexpr int CopiedCount(const SingleArrayMatrix*) { return 4; }
+constexpr int CopiedCount(const SparseMatrix*) { return -1; }
+
+template <class K>
+void CheckScaled(const char* name, const K& a, double s) {
+  Masked expected = MaskedOf(a);
+  for (unsigned i = 0; i < expected.rows; ++i) {
+    for (unsigned j = 0; j < expected.cols; ++j) {
+      double& x = expected.at(i, j);
+      if (expected.has(i, j)) x = s == 0.0 ? 0.0 : s * x;
+    }
+  }
+  const NoLeak no_leak;
+  const auto check = [&](K& returned) {
+    const K result(returned);
+    EXPECT_EQ(result.nsing(), CopiedCount(&a)) << name;
+    EXPECT_TRUE(SameAs(MaskedOf(result), expected)) << name << " scaled by " << s;
+    FeedDigest(MaskedOf(result));
+  };
+  K other(a);
+  other.set_nsing(4);
+  check(other * s);
+  check(s * other);
+  check(a * s);
+  check(s * a);
+  K& d = DispensableCopy(a);
+  K& scaled = d * s;
+  EXPECT_EQ(&scaled, &d) << name;
+  check(scaled);
+  const K& e = DispensableCopy(a);
+  check(s * e);
+  K in_place(a);
+  EXPECT_TRUE(SameAs(MaskedOf(Mult(in_place, in_place, s)), expected)) << name;
+  K target;
+  target.set_nsing(9);
+  EXPECT_EQ(&Mult(target, DispensableCopy(a), s), &target) << name;
+  EXPECT_EQ(target.nsing(), 9) << name;
+  if (s == 0.0 && !std::is_base_of_v<SingleArrayMatrix, K>) {
+    EXPECT_EQ(target.nrows(), 0u) << "a sparse result scaled by zero keeps its own size";
+  } else {
+    EXPECT_TRUE(SameAs(MaskedOf(target), expected)) << name;
+  }
+}
+
 template <class K>
 void CheckScaling(const char* name) {
   Random random(7);
@@ -97,38 +148,7 @@ void CheckScaling(const char* name) {
       for (const unsigned n : {0u, 1u, 2u, 7u}) {
         K a = Sample<K>(n, n + 1, pattern, random);
         a.set_nsing(4);
-        Masked expected = MaskedOf(a);
-        for (unsigned i = 0; i < expected.rows; ++i) {
-          for (unsigned j = 0; j < expected.cols; ++j) {
-            double& x = expected.at(i, j);
-            if (expected.has(i, j)) x = s == 0.0 ? 0.0 : s * x;
-          }
-        }
-        const K& constant = a;
-        const NoLeak no_leak;
-        const auto check = [&](K& returned) {
-          const K result(returned);
-          EXPECT_EQ(result.nsing(), 4) << name;
-          EXPECT_TRUE(SameAs(MaskedOf(result), expected)) << name << " scaled by " << s;
-          FeedDigest(MaskedOf(result));
-        };
-        check(a * s);
-        check(s * a);
-        check(constant * s);
-        check(s * constant);
-        K& d = DispensableCopy(a);
-        K& scaled = d * s;
-        EXPECT_EQ(&scaled, &d) << name;
-        check(scaled);
-        const K& e = DispensableCopy(a);
-        check(s * e);
-        K target;
-        target.set_nsing(9);
-        EXPECT_EQ(&Mult(target, DispensableCopy(a), s), &target) << name;
-        EXPECT_EQ(target.nsing(), 9) << name;
-        EXPECT_TRUE(SameAs(MaskedOf(target), expected)) << name;
-        K in_place(a);
-        EXPECT_TRUE(SameAs(MaskedOf(Mult(in_place, in_place, s)), expected)) << name;
+        CheckScaled(name, a, s);
       }
     }
   }
@@ -137,6 +157,7 @@ void CheckScaling(const char* name) {
 #define QUORVEL_LAW(K) \
   TEST(Scaling, K) { CheckScaling<K>(#K); }
 QUORVEL_DENSE_SCALED(QUORVEL_LAW)
+QUORVEL_SPARSE_SCALED(QUORVEL_LAW)
 #undef QUORVEL_LAW
 
 }  // namespace

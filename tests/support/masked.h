@@ -77,6 +77,29 @@ inline Masked MaskedOf(const DiagonalMatrix& a) {
   return p;
 }
 
+// Both lists of every element are read, and must be in order and agree.
+inline Masked MaskedOf(const SparseMatrix& a) {
+  Masked p(a.rows, a.cols);
+  const bool symmetric = a.kind() == Matrix::symmetric_sparse;
+  unsigned in_rows = 0, in_cols = 0;
+  for (unsigned i = 0; i < a.rows; ++i) {
+    for (const SparseElement* e = a.rowHeads[i]; e != nullptr; e = e->nextInRow, ++in_rows) {
+      EXPECT_TRUE(e->row == i && e->col < a.cols && (e->nextInRow == nullptr || e->nextInRow->col > e->col));
+      EXPECT_FALSE(symmetric && e->row > e->col);
+      p.set(e->row, e->col, e->value);
+      if (symmetric) p.set(e->col, e->row, e->value);
+    }
+  }
+  for (unsigned j = 0; j < a.cols; ++j) {
+    for (const SparseElement* e = a.colHeads[j]; e != nullptr; e = e->nextInCol, ++in_cols) {
+      EXPECT_TRUE(e->col == j && p.has(e->row, j) && (e->nextInCol == nullptr || e->nextInCol->row > e->row));
+    }
+  }
+  EXPECT_EQ(in_rows, a.used);
+  EXPECT_EQ(in_cols, a.used);
+  return p;
+}
+
 inline Masked MaskedTranspose(const Masked& a) {
   Masked t(a.cols, a.rows);
   for (unsigned i = 0; i < a.rows; ++i) {
@@ -122,6 +145,7 @@ inline ::testing::AssertionResult SameAs(const Masked& result, const Masked& exp
   }
   for (unsigned i = 0; i < expected.rows; ++i) {
     for (unsigned j = 0; j < expected.cols; ++j) {
+      if (!expected.has(i, j) && !result.has(i, j)) continue;
       const bool same = result.has(i, j) ? SameBits(result.at(i, j), expected.at(i, j)) : expected.at(i, j) == 0.0;
       if (!same) {
         return ::testing::AssertionFailure() << "(" << i << ", " << j << ") is " << result.at(i, j) << ", not "
@@ -162,10 +186,40 @@ inline LowerTriangularMatrix Sample(LowerTriangularMatrix*, unsigned m, unsigned
 inline DiagonalMatrix Sample(DiagonalMatrix*, unsigned m, unsigned, Pattern pattern, Random& random) {
   return SquareSample<DiagonalMatrix>(m, pattern, random);
 }
+// About a third of the cells; some of the stored values are zeros.
+template <class K>
+K SparseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
+  K a(m, n);
+  for (unsigned i = 0; i < m; ++i) {
+    for (unsigned j = 0; j < n; ++j) {
+      if (!random.Chance(3)) continue;
+      a.Put(i, j, 1.0);
+      a.Cell_Loc(i, j)->value = Draw(pattern, random);
+    }
+  }
+  return a;
+}
+inline RegularSparseMatrix Sample(RegularSparseMatrix*, unsigned m, unsigned n, Pattern pattern, Random& random) {
+  return SparseSample<RegularSparseMatrix>(m, n, pattern, random);
+}
+inline SymmetricSparseMatrix Sample(SymmetricSparseMatrix*, unsigned m, unsigned, Pattern pattern, Random& random) {
+  return SparseSample<SymmetricSparseMatrix>(m, m, pattern, random);
+}
 template <class K>
 K Sample(unsigned m, unsigned n, Pattern pattern, Random& random) {
   return Sample(static_cast<K*>(nullptr), m, n, pattern, random);
 }
+
+// A sparse result holds no zero.
+inline bool HoldsNoZero(const SparseMatrix& a) {
+  for (unsigned i = 0; i < a.rows; ++i) {
+    for (const SparseElement* e = a.rowHeads[i]; e != nullptr; e = e->nextInRow) {
+      if (e->value == 0.0) return false;
+    }
+  }
+  return true;
+}
+inline bool HoldsNoZero(const SingleArrayMatrix&) { return true; }
 
 // Whether a kind can be other than square.
 template <class K>

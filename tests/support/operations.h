@@ -16,8 +16,10 @@ namespace quorvel::test {
 inline void Drop(const Matrix& result) { result.DestroyIfDispensable(); }
 inline void Drop(double) {}
 
-#define QUORVEL_VISIT_TIMES(R, A, B)                                                    \
-  visit(#A " * " #B, 320, static_cast<A*>(nullptr), static_cast<B*>(nullptr),           \
+#define QUORVEL_VISIT_TIMES(R, A, B) QUORVEL_VISIT_PRODUCT(320, A, B)
+#define QUORVEL_VISIT_SPARSE_TIMES(R, A, B) QUORVEL_VISIT_PRODUCT(294, A, B)
+#define QUORVEL_VISIT_PRODUCT(CODE, A, B)                                               \
+  visit(#A " * " #B, CODE, static_cast<A*>(nullptr), static_cast<B*>(nullptr),           \
         [](const A& a, const B& b) -> decltype(auto) { return a * b; });
 #define QUORVEL_VISIT(NAME, CODE, A, B)                                                 \
   visit(#NAME "(" #A ", " #B ")", CODE, static_cast<A*>(nullptr), static_cast<B*>(nullptr), \
@@ -44,6 +46,36 @@ void ForEachDensePair(Visit visit) {
   QUORVEL_DENSE_AQAT(QUORVEL_VISIT_AQAT)
   QUORVEL_DENSE_SQS(QUORVEL_VISIT_SQS)
   QUORVEL_DENSE_PWEIGHTED_NORM(QUORVEL_VISIT_NORM)
+}
+
+// The same with a sparse operand.
+template <class Visit>
+void ForEachSparsePair(Visit visit) {
+  QUORVEL_MIXED_PRODUCTS(QUORVEL_VISIT_TIMES)
+  QUORVEL_SPARSE_PRODUCTS(QUORVEL_VISIT_SPARSE_TIMES)
+  QUORVEL_SPARSE_ATB(QUORVEL_VISIT_ATB)
+  QUORVEL_SPARSE_ABT(QUORVEL_VISIT_ABT)
+  QUORVEL_SPARSE_SYMMETRIC_OF_PRODUCT(QUORVEL_VISIT_SP)
+  QUORVEL_SPARSE_SYMMETRIC_OF_ABT(QUORVEL_VISIT_SABT)
+  QUORVEL_SPARSE_ATPA(QUORVEL_VISIT_ATPA)
+  QUORVEL_SPARSE_AQAT(QUORVEL_VISIT_AQAT)
+  QUORVEL_SPARSE_SQS(QUORVEL_VISIT_SQS)
+  QUORVEL_SPARSE_PWEIGHTED_NORM(QUORVEL_VISIT_NORM)
+}
+
+// ATPA, AQAT and SQS with a block size.
+#define QUORVEL_VISIT_BLOCKS(NAME, A, B)                                                            \
+  visit(#NAME "(" #A ", " #B ", block)", 0, static_cast<A*>(nullptr), static_cast<B*>(nullptr), \
+        [=](const A& a, const B& b) -> decltype(auto) { return NAME(a, b, block); });
+#define QUORVEL_VISIT_ATPA_BLOCKS(A, B) QUORVEL_VISIT_BLOCKS(ATPA, A, B)
+#define QUORVEL_VISIT_AQAT_BLOCKS(A, B) QUORVEL_VISIT_BLOCKS(AQAT, A, B)
+#define QUORVEL_VISIT_SQS_BLOCKS(A, B) QUORVEL_VISIT_BLOCKS(SQS, A, B)
+
+template <class Visit>
+void ForEachBlockPair(unsigned block, Visit visit) {
+  QUORVEL_ATPA_BLOCKS(QUORVEL_VISIT_ATPA_BLOCKS)
+  QUORVEL_AQAT_BLOCKS(QUORVEL_VISIT_AQAT_BLOCKS)
+  QUORVEL_SQS_BLOCKS(QUORVEL_VISIT_SQS_BLOCKS)
 }
 
 }  // namespace quorvel::test

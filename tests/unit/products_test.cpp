@@ -153,6 +153,72 @@ TEST(Structured, CovariancePropagation) {
   EXPECT_EQ(PWeightedNorm(Of<RegularMatrix>(2, 1, {1, 2}), p), 44.0);
 }
 
+// Blocks of two: what lies outside them is not stored.
+TEST(Structured, DiagonalBlocks) {
+  Random random(1);
+  RegularMatrix a(4, 4);
+  SymmetricMatrix p(4);
+  FillMatrix(a, Pattern::kInteger, random);
+  FillMatrix(p, Pattern::kInteger, random);
+  const SymmetricMatrix whole(ATPA(a, p));
+  const SymmetricSparseMatrix blocks(ATPA(a, p, 2));
+  EXPECT_EQ(blocks.nrows(), 4u);
+  for (unsigned i = 0; i < 4; ++i) {
+    for (unsigned j = 0; j < 4; ++j) {
+      if (i / 2 == j / 2) {
+        EXPECT_EQ(blocks(i, j), whole(i, j));
+      } else {
+        EXPECT_EQ(blocks.Cell_Loc(i, j), nullptr);
+      }
+    }
+  }
+}
+
+// A zero that comes out is not stored, and the lists of both directions are in order.
+TEST(Products, SparseTimesSparse) {
+  RegularSparseMatrix a(2, 3), b(3, 2);
+  a.Put(0, 0, 1.0);
+  a.Put(0, 2, 2.0);
+  a.Put(1, 1, 3.0);
+  b.Put(0, 0, 4.0);
+  b.Put(2, 0, -2.0);
+  b.Put(2, 1, 5.0);
+  b.Put(1, 0, 6.0);
+  const RegularSparseMatrix c(a * b);
+  EXPECT_EQ(c.used, 2u);
+  EXPECT_EQ(c.Cell_Loc(0, 0), nullptr);  // 4 - 4
+  EXPECT_EQ(c(0, 1), 10.0);
+  EXPECT_EQ(c(1, 0), 18.0);
+}
+
+// Old contents of a sparse result do not shine through.
+TEST(Products, SparseResultIsEmptiedFirst) {
+  RegularSparseMatrix a(2, 2), result(2, 2);
+  a.Put(0, 1, 2.0);
+  result.Put(0, 0, 7.0);
+  result.Put(1, 1, 7.0);
+  Mult(result, a, a);
+  EXPECT_EQ(result.used, 0u);
+  DiagonalMatrix d(2);
+  d.data()[0] = 3.0;
+  Mult(result, d, a);
+  EXPECT_EQ(result.used, 1u);
+  EXPECT_EQ(result(0, 1), 6.0);
+}
+
+// Scaling by zero empties: the operator's copy has the operand's size, a given result keeps its own.
+TEST(Products, SparseScaledByZero) {
+  RegularSparseMatrix a(3, 4), result(5, 5);
+  a.Put(1, 2, 2.0);
+  const RegularSparseMatrix zero(a * 0.0);
+  EXPECT_EQ(zero.nrows(), 3u);
+  EXPECT_EQ(zero.ncols(), 4u);
+  EXPECT_EQ(zero.used, 0u);
+  Mult(result, a, 0.0);
+  EXPECT_EQ(result.nrows(), 5u);
+  EXPECT_EQ(result.used, 0u);
+}
+
 // The outer sum of the weighted norm runs down: (1 + 1e16) - 1e16 in this order, and not 1 at the end.
 TEST(Structured, WeightedNormSumsDown) {
   const DiagonalMatrix p = Of<DiagonalMatrix>(3, 3, {1, 1e16, -1e16});
