@@ -29,6 +29,15 @@
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(SymmetricMatrix& A, double tol);
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(const SymmetricMatrix& A, double tol);
 
+/// The same for a sparse A; L is an n x n sparse matrix that holds its lower triangle only. It never stores a zero.
+///
+/// Values and counts equal those of the dense factor of the same finite matrix, except that a row without any element
+/// (in the lower triangle, singular columns left out) is skipped: diag(4, 0, 9) gives diag(2, -, 3) and count 0. Throws
+/// 50510 (A not ok), 40393 (A not square), std::bad_alloc. Cost: operations on stored elements and fill-in only; no
+/// reordering is made, so order the unknowns so that little fills in.
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskyFactor(SymmetricSparseMatrix& A, double tol);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskyFactor(const SymmetricSparseMatrix& A, double tol);
+
 /// The plain root A = L*L' of a positive definite A, without tolerance: a pivot of 0 gives infinities or NaN, a
 /// negative one NaN, and nothing is counted (the singularity count is -1).
 ///
@@ -43,5 +52,11 @@
 /// Codes, singular cases and cost as the lower root. Exact order: S = sum of U(r, k)*U(c, k), k = c+1 .. n-1 increasing
 /// from 0.0; U(r, c) = (A(r, c) - S)/U(c, c), U(r, r) = sqrt(A(r, r) - S).
 [[nodiscard]] QUORVEL_API UpperTriangularMatrix& CholeskySquareRootUpper(const SymmetricMatrix& A);
+
+/// The plain roots of a sparse A, as n x n sparse matrices that hold one triangle; zeros are not stored. Values as the
+/// dense roots. A diagonal element of 0 or NaN makes every later row (earlier, for the upper root) NaN there. Throw
+/// 50000 (A not ok), 40000 (A not square), std::bad_alloc.
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskySquareRootLower(const SymmetricSparseMatrix& A);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskySquareRootUpper(const SymmetricSparseMatrix& A);
 
 #endif

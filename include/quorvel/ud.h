@@ -111,4 +111,10 @@ QUORVEL_API void RankOneUpdateNZ(SymmetricMatrix& A, const RegularMatrix& x, con
 QUORVEL_API void RankOneUpdateNZ(RegularMatrix& A, const RegularMatrix& x, const unsigned* xnz, unsigned nx,
                                  const RegularMatrix& y, const unsigned* ynz, unsigned ny, double a);
 
+/// The same for a sparse target of either kind with sparse column vectors: x(i) is cell (i, 0), absent cells count as
+/// 0. An element that becomes exactly 0 is removed. Of a symmetric target pairs with i < j are skipped and y is not
+/// read. Throws 70400 (kind tag), 62060 (an index outside A), std::bad_alloc.
+QUORVEL_API void RankOneUpdateNZ(SparseMatrix& A, const RegularSparseMatrix& x, const unsigned* xnz, unsigned nx,
+                                 const RegularSparseMatrix& y, const unsigned* ynz, unsigned ny, double a);
+
 #endif

@@ -16,6 +16,9 @@
 
 namespace quorvel::detail {
 
+namespace {
+
+/// The lower triangle has the packed array of the symmetric matrix: that of a dispensable one itself.
 void TakeLowerTriangle(LowerTriangularMatrix& lower, SymmetricMatrix& a) {
   if (a.dispensable()) {
     Access::swap_storage(lower, a);
@@ -24,7 +27,10 @@ void TakeLowerTriangle(LowerTriangularMatrix& lower, SymmetricMatrix& a) {
   }
 }
 
-Matrix::nsing_type FactorInPlace(LowerTriangularMatrix& lower, double tol, const char* signature) {
+}  // namespace
+
+Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a, double tol, const char* signature) {
+  TakeLowerTriangle(lower, a);
   const index_t n = lower.ndim();
   double* const l = lower.data();
   WorkArea<2 * small_order> work(2 * std::uint64_t{n});

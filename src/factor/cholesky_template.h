@@ -7,11 +7,12 @@
 
 namespace quorvel::detail {
 
-// For each pair of kinds: the lower triangle of `a` as a new matrix (it may take the storage of a dispensable `a`), and
-// the factorisation of that triangle, which returns the number of singular pivots.
+// For each pair of kinds: the factor of `a` in `lower`, which is new (and may take the storage of a dispensable `a`).
+// Both return the number of singular rows.
 
-void TakeLowerTriangle(LowerTriangularMatrix& lower, SymmetricMatrix& a);
-Matrix::nsing_type FactorInPlace(LowerTriangularMatrix& lower, double tol, const char* signature);
+Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a, double tol, const char* signature);
+Matrix::nsing_type FactorLower(RegularSparseMatrix& lower, SymmetricSparseMatrix& a, double tol,
+                               const char* signature);
 
 /// A negative diagonal element is a broken precondition. NaN is none.
 inline void RequireNotNegative(double unreduced_diagonal, const char* signature) {
@@ -24,11 +25,11 @@ template <class TL, class TS>
 TL& CholeskyFactor_T(TS& A, double tol) {
   using namespace quorvel::detail;
   A.ThrowNotOk(code::cholesky);
+  A.ThrowNotSquare(code::tril_sparse);  // a symmetric sparse matrix can be made so
   const bool counted = !A.dispensable();
   const Consumed operand(A);
   NewResult<TL> L;
-  TakeLowerTriangle(*L, A);
-  L->set_nsing(FactorInPlace(*L, tol, __PRETTY_FUNCTION__));
+  L->set_nsing(FactorLower(*L, A, tol, __PRETTY_FUNCTION__));
   if (counted) A.set_nsing(L->nsing());
   return L.hand_over();
 }

@@ -3,6 +3,7 @@
 
 #include "dense/rules.h"
 #include "factor/operands.h"
+#include "quorvel/RegularSparseMatrix.h"
 #include "quorvel/ud.h"
 
 namespace quorvel::detail {
@@ -54,24 +55,45 @@ void UpdateListed(RegularMatrix& A, const double* x, List rows, const double* y,
   }
 }
 
+double ColumnElement(const RegularSparseMatrix& x, index_t i) noexcept {
+  const SparseElement* const e = x.Cell_Loc(i, 0);
+  return e != nullptr ? e->value : 0.0;
+}
+
+void UpdateListed(SparseMatrix& A, const RegularSparseMatrix& x, List rows, const RegularSparseMatrix& y, List cols,
+                  double a) {
+  const bool symmetric = A.kind() == Matrix::symmetric_sparse;
+  const RegularSparseMatrix& factors = symmetric ? x : y;
+  for (unsigned k = 0; k < rows.count; ++k) {
+    const index_t i = rows.index[k];
+    const double t = ColumnElement(x, i) * a;
+    for (unsigned l = 0; l < cols.count; ++l) {
+      const index_t j = cols.index[l];
+      if (!symmetric || j <= i) SparseMatrix::proxy(A, i, j) += t * ColumnElement(factors, j);
+    }
+  }
+}
+
 /// The pending code, then the target's kind tag; then the update; then x and y are consumed.
-template <class K, class Updater>
-void RankOne(K& A, const RegularMatrix& x, const RegularMatrix& y, Updater update) {
-  Operands operands(1, A, x, y);
+template <class Updater>
+void RankOne(bool known_kind, Operands& operands, Updater update) {
   operands.Require(true, true);
-  if (A.kind() != KindTraits<K>::tag) operands.Fail(fixed::rank_one_kind);
+  if (!known_kind) operands.Fail(fixed::rank_one_kind);
   update();
   operands.Succeed();
 }
 
 template <class K>
 void RankOneFull(K& A, const RegularMatrix& x, const RegularMatrix& y, double a) {
-  RankOne(A, x, y, [&]() noexcept { Update(A, x.data(), y.data(), a); });
+  Operands operands(1, A, x, y);
+  RankOne(A.kind() == KindTraits<K>::tag, operands, [&]() noexcept { Update(A, x.data(), y.data(), a); });
 }
 
 template <class K>
 void RankOneListed(K& A, const RegularMatrix& x, List rows, const RegularMatrix& y, List cols, double a) {
-  RankOne(A, x, y, [&]() noexcept { UpdateListed(A, x.data(), rows, y.data(), cols, a); });
+  Operands operands(1, A, x, y);
+  RankOne(A.kind() == KindTraits<K>::tag, operands,
+          [&]() noexcept { UpdateListed(A, x.data(), rows, y.data(), cols, a); });
 }
 
 }  // namespace
@@ -100,4 +122,11 @@ void RankOneUpdateNZ(SymmetricMatrix& A, const RegularMatrix& x, const unsigned*
 void RankOneUpdateNZ(RegularMatrix& A, const RegularMatrix& x, const unsigned* xnz, unsigned nx,
                      const RegularMatrix& y, const unsigned* ynz, unsigned ny, double a) {
   detail::RankOneListed(A, x, {xnz, nx}, y, {ynz, ny}, a);
+}
+
+void RankOneUpdateNZ(SparseMatrix& A, const RegularSparseMatrix& x, const unsigned* xnz, unsigned nx,
+                     const RegularSparseMatrix& y, const unsigned* ynz, unsigned ny, double a) {
+  detail::Operands operands(1, A, x, y);
+  const bool sparse = A.kind() == Matrix::regular_sparse || A.kind() == Matrix::symmetric_sparse;
+  detail::RankOne(sparse, operands, [&] { detail::UpdateListed(A, x, {xnz, nx}, y, {ynz, ny}, a); });
 }

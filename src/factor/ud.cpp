@@ -4,6 +4,7 @@
 // is done on a copy by columns.
 #include "quorvel/ud.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/work_area.h"
@@ -12,6 +13,7 @@
 #include "factor/operands.h"
 #include "factor/tri_inverse.h"
 #include "factor/ud_factor.h"
+#include "sparse/cursor.h"
 
 namespace quorvel::detail {
 namespace {
@@ -35,15 +37,19 @@ void FactorColumns(double* u, double* d, const double* p, index_t n, Finish fini
   ColumnsToPacked(columns, n, u);
 }
 
-template <class T>
-int CountVanishing(const T& t) noexcept {
+template <class Elements>
+int CountVanishing(const Matrix& t, const Elements& e, index_t n) noexcept {
   int count = 0;
-  const Rule<T> e(t);
-  for (index_t i = 0; i < e.rows(); ++i) {
+  for (index_t i = 0; i < n; ++i) {
     if (std::fabs(e.at(i, i)) < 1e-200) ++count;
   }
   t.set_nsing(count);
   return count;
+}
+
+template <class T>
+int CountVanishing(const T& t) noexcept {
+  return CountVanishing(t, Rule<T>(t), t.ndim());
 }
 
 /// A dispensable matrix of another order cannot be resized with its elements kept; 0 when that is not asked for.
@@ -118,3 +124,8 @@ void UDFactor(UpperTriangularMatrix& U, DiagonalMatrix& D, const SymmetricMatrix
 int SingularityCountULD(const UpperTriangularMatrix& T) { return detail::CountVanishing(T); }
 int SingularityCountULD(const LowerTriangularMatrix& T) { return detail::CountVanishing(T); }
 int SingularityCountULD(const DiagonalMatrix& T) { return detail::CountVanishing(T); }
+
+int SingularityCountULD(const SparseMatrix& T) {
+  const detail::SparseLines e(T);
+  return detail::CountVanishing(T, e, std::min(e.rows(), e.cols()));
+}
