@@ -62,7 +62,7 @@ QUORVEL_API void AQAT3x3(double* out, const double (*a)[3], const double* q);
 // Matrices. The inverse lands in A when `inPlace` is true or A is dispensable; otherwise A is unchanged, singularity
 // count included, and the result is a new dispensable matrix. A const A is never written to unless it is dispensable. The
 // threshold is 1e-200; the result's singularity count is the kernel's. Throw 50000 (not ok) and 40000 (not of that
-// order).
+// order). Sparse matrices are read and written cell by cell: absent cells are 0.0, zeros of the result are not stored.
 //
 //     SymmetricMatrix W(inv2x2(R));        // R unchanged
 //     inv3x3(P, true);                     // P becomes its inverse
@@ -71,19 +71,27 @@ QUORVEL_API SymmetricMatrix& inv2x2(SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API UpperTriangularMatrix& inv2x2(UpperTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API LowerTriangularMatrix& inv2x2(LowerTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API RegularMatrix& inv2x2(RegularMatrix& A, bool inPlace = false);
+QUORVEL_API SymmetricSparseMatrix& inv2x2(SymmetricSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv2x2(RegularSparseMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv2x2(const SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API UpperTriangularMatrix& inv2x2(const UpperTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API LowerTriangularMatrix& inv2x2(const LowerTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API RegularMatrix& inv2x2(const RegularMatrix& A, bool inPlace = false);
+QUORVEL_API SymmetricSparseMatrix& inv2x2(const SymmetricSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv2x2(const RegularSparseMatrix& A, bool inPlace = false);
 
 QUORVEL_API SymmetricMatrix& inv3x3(SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API UpperTriangularMatrix& inv3x3(UpperTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API LowerTriangularMatrix& inv3x3(LowerTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API RegularMatrix& inv3x3(RegularMatrix& A, bool inPlace = false);
+QUORVEL_API SymmetricSparseMatrix& inv3x3(SymmetricSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv3x3(RegularSparseMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv3x3(const SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API UpperTriangularMatrix& inv3x3(const UpperTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API LowerTriangularMatrix& inv3x3(const LowerTriangularMatrix& A, bool inPlace = false);
 QUORVEL_API RegularMatrix& inv3x3(const RegularMatrix& A, bool inPlace = false);
+QUORVEL_API SymmetricSparseMatrix& inv3x3(const SymmetricSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv3x3(const RegularSparseMatrix& A, bool inPlace = false);
 
 /// The inverses of the 3 x 3 diagonal blocks of A, by inv3x3_sm, as the diagonal blocks of `out`, which is resized;
 /// outside them `out` is left as SetSize leaves it (zeros in new storage, old numbers in storage that was large enough).

@@ -5,6 +5,7 @@
 #include "core/storage.h"
 #include "dense/rules.h"
 #include "factor/tri_inverse.h"
+#include "sparse/cursor.h"
 
 using namespace quorvel::detail;
 
@@ -27,8 +28,7 @@ int InvertArray(const double* from, double* to) {
 }
 
 template <unsigned N, class K>
-K& SmallInverse(K& A, bool inPlace) {
-  A.ThrowNotSize(code::none, N, N);
+K& SmallDenseInverse(K& A, bool inPlace) {
   if (inPlace || A.dispensable()) {
     A.set_nsing(InvertArray<K, N>(A.data(), A.data()));
     return A;
@@ -38,25 +38,71 @@ K& SmallInverse(K& A, bool inPlace) {
   return result.hand_over();
 }
 
+/// Cell by cell through the sparse interface.
+template <unsigned N, class K>
+K& SmallSparseInverse(K& A, bool inPlace) {
+  using Dense = std::conditional_t<std::is_same_v<K, SymmetricSparseMatrix>, SymmetricMatrix, RegularMatrix>;
+  constexpr bool upper_only = std::is_same_v<Dense, SymmetricMatrix>;
+  double cells[N * N];
+  const auto for_cells = [&](auto use) {
+    double* cell = cells;
+    for (unsigned i = 0; i < N; ++i) {
+      for (unsigned j = upper_only ? i : 0; j < N; ++j) use(i, j, *cell++);
+    }
+  };
+  const SparseLines a(A);
+  for_cells([&](unsigned i, unsigned j, double& cell) { cell = a.at(i, j); });
+  const int count = InvertArray<Dense, N>(cells, cells);
+  if (inPlace || A.dispensable()) {
+    Consumed operand(A);
+    for_cells([&](unsigned i, unsigned j, double cell) { A.Put(i, j, cell); });
+    operand.release(A);
+    A.set_nsing(count);
+    return A;
+  }
+  NewResult<K> result(N, N);
+  for_cells([&](unsigned i, unsigned j, double cell) { result->Put(i, j, cell); });
+  result->set_nsing(count);
+  return result.hand_over();
+}
+
+template <unsigned N, class K>
+K& SmallInverse(K& A, bool inPlace) {
+  A.ThrowNotSize(code::none, N, N);
+  if constexpr (!is_dense<K>) {
+    return SmallSparseInverse<N>(A, inPlace);
+  } else {
+    return SmallDenseInverse<N>(A, inPlace);
+  }
+}
+
 }  // namespace
 
 SymmetricMatrix& inv2x2(SymmetricMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
 UpperTriangularMatrix& inv2x2(UpperTriangularMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
 LowerTriangularMatrix& inv2x2(LowerTriangularMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
 RegularMatrix& inv2x2(RegularMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
+SymmetricSparseMatrix& inv2x2(SymmetricSparseMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
+RegularSparseMatrix& inv2x2(RegularSparseMatrix& A, bool inPlace) { return SmallInverse<2>(A, inPlace); }
 SymmetricMatrix& inv2x2(const SymmetricMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
 UpperTriangularMatrix& inv2x2(const UpperTriangularMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
 LowerTriangularMatrix& inv2x2(const LowerTriangularMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
 RegularMatrix& inv2x2(const RegularMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
+SymmetricSparseMatrix& inv2x2(const SymmetricSparseMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
+RegularSparseMatrix& inv2x2(const RegularSparseMatrix& A, bool) { return SmallInverse<2>(Mutable(A), false); }
 
 SymmetricMatrix& inv3x3(SymmetricMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
 UpperTriangularMatrix& inv3x3(UpperTriangularMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
 LowerTriangularMatrix& inv3x3(LowerTriangularMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
 RegularMatrix& inv3x3(RegularMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
+SymmetricSparseMatrix& inv3x3(SymmetricSparseMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
+RegularSparseMatrix& inv3x3(RegularSparseMatrix& A, bool inPlace) { return SmallInverse<3>(A, inPlace); }
 SymmetricMatrix& inv3x3(const SymmetricMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
 UpperTriangularMatrix& inv3x3(const UpperTriangularMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
 LowerTriangularMatrix& inv3x3(const LowerTriangularMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
 RegularMatrix& inv3x3(const RegularMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
+SymmetricSparseMatrix& inv3x3(const SymmetricSparseMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
+RegularSparseMatrix& inv3x3(const RegularSparseMatrix& A, bool) { return SmallInverse<3>(Mutable(A), false); }
 
 void Invert3x3BlockDiagMatrix(const SymmetricMatrix& A, SymmetricMatrix& out) {
   A.ThrowNotOk(code::none);

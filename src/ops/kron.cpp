@@ -4,6 +4,8 @@
 #include "core/ownership.h"
 #include "core/storage.h"
 #include "dense/rules.h"
+#include "sparse/append.h"
+#include "sparse/cursor.h"
 
 using namespace quorvel::detail;
 
@@ -21,11 +23,54 @@ struct NewKron : NewResult<K> {
   NewKron(const A& a, const B& b) : NewResult<K>(Extent(a.nrows(), b.nrows())) {}
 };
 
-template <class A, class B>
-struct NewKron<RegularMatrix, A, B> : NewResult<RegularMatrix> {
-  NewKron(const A& a, const B& b)
-      : NewResult<RegularMatrix>(Extent(a.nrows(), b.nrows()), Extent(a.ncols(), b.ncols())) {}
+template <class K, class A, class B>
+struct NewRectangularKron : NewResult<K> {
+  NewRectangularKron(const A& a, const B& b)
+      : NewResult<K>(Extent(a.nrows(), b.nrows()), Extent(a.ncols(), b.ncols())) {}
 };
+
+template <class A, class B>
+struct NewKron<RegularMatrix, A, B> : NewRectangularKron<RegularMatrix, A, B> {
+  using NewRectangularKron<RegularMatrix, A, B>::NewRectangularKron;
+};
+
+template <class A, class B>
+struct NewKron<RegularSparseMatrix, A, B> : NewRectangularKron<RegularSparseMatrix, A, B> {
+  using NewRectangularKron<RegularSparseMatrix, A, B>::NewRectangularKron;
+};
+
+/// Calls use(j, value) for the elements of a line that are stored, in increasing j.
+template <class K, class Use>
+void ForStored(const Rule<K>& a, index_t i, Use use) {
+  if constexpr (is_dense<K>) {
+    const Range line = a.in_row(i);
+    for (index_t j = line.begin; j < line.end; ++j) use(j, a.at(i, j));
+  } else {
+    for (LineCursor e = a.row(i); e; e.next()) use(e.index(), e.value());
+  }
+}
+
+/// Appends the products of stored elements that are not 0.0, row by row; of a symmetric result the upper triangle.
+template <class K, class A, class B>
+void FillSparseKron(K& to, const Rule<A>& a, const Rule<B>& b) {
+  constexpr bool upper_only = std::is_same_v<K, SymmetricSparseMatrix>;
+  RowWriter writer(to);
+  for (index_t i = 0; i < a.rows(); ++i) {
+    for (index_t k = 0; k < b.rows(); ++k) {
+      const index_t row = i * b.rows() + k;
+      SparseElement* prev = nullptr;
+      ForStored(a, i, [&](index_t j, double factor) {
+        if (upper_only && j < i) return;
+        ForStored(b, k, [&](index_t l, double e) {
+          const index_t col = j * b.cols() + l;
+          if (upper_only && col < row) return;
+          const double product = factor * e;
+          if (product != 0.0) prev = writer.append(prev, row, col, product);
+        });
+      });
+    }
+  }
+}
 
 /// Fills row i·p + k of the result: for each j the products of A(i, j) with the row k of B, as far as they are stored.
 template <class K, class A, class B>
@@ -51,7 +96,11 @@ K& Kron(const A& a, const B& b) {
   b.ThrowNotOkOrEmpty(code::none);
   Consumed operands(a, b);
   NewKron<K, A, B> result(a, b);
-  FillKron(Rule<K>(*result), Rule<A>(a), Rule<B>(b));
+  if constexpr (is_dense<K>) {
+    FillKron(Rule<K>(*result), Rule<A>(a), Rule<B>(b));
+  } else {
+    FillSparseKron(*result, Rule<A>(a), Rule<B>(b));
+  }
   operands.release(a);
   operands.release(b);
   return result.hand_over();
@@ -68,3 +117,15 @@ RegularMatrix& kron(const RegularMatrix& A, const DiagonalMatrix& B) { return Kr
 RegularMatrix& kron(const SymmetricMatrix& A, const RegularMatrix& B) { return Kron<RegularMatrix>(A, B); }
 RegularMatrix& kron(const RegularMatrix& A, const SymmetricMatrix& B) { return Kron<RegularMatrix>(A, B); }
 RegularMatrix& kron(const RegularMatrix& A, const RegularMatrix& B) { return Kron<RegularMatrix>(A, B); }
+
+using RS = RegularSparseMatrix;
+using SS = SymmetricSparseMatrix;
+
+RS& kron(const DiagonalMatrix& A, const RS& B) { return Kron<RS>(A, B); }
+RS& kron(const RS& A, const DiagonalMatrix& B) { return Kron<RS>(A, B); }
+RS& kron(const RegularMatrix& A, const RS& B) { return Kron<RS>(A, B); }
+RS& kron(const RS& A, const RegularMatrix& B) { return Kron<RS>(A, B); }
+RS& kron(const RS& A, const RS& B) { return Kron<RS>(A, B); }
+SS& kron(const DiagonalMatrix& A, const SS& B) { return Kron<SS>(A, B); }
+SS& kron(const SS& A, const DiagonalMatrix& B) { return Kron<SS>(A, B); }
+SS& kron(const SS& A, const SS& B) { return Kron<SS>(A, B); }

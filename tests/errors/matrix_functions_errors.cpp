@@ -78,6 +78,23 @@ TEST(MatrixFunctionCodes, Diagonals) {
   Refuses(NotOk(LowerTriangularMatrix(2)), 50460, [](const LowerTriangularMatrix& a) -> auto& { return diag(a); });
 }
 
+TEST(MatrixFunctionCodes, SparseKinds) {
+  using RS = RegularSparseMatrix;
+  using SS = SymmetricSparseMatrix;
+  Refuses(NotOk(RS(2, 3)), 51050, [](RS& a) -> auto& { return transpose(a); });
+  Refuses(NotOk(RS(2, 3)), 50422, [](RS& a) -> auto& { return sym(a); });
+  Refuses(RS(2, 3), 40422, [](RS& a) -> auto& { return sym(a); });
+  Refuses(NotOk(RS(2, 3)), 50391, [](RS& a) -> auto& { return triu(a); });
+  Refuses(RS(2, 3), 40391, [](RS& a) -> auto& { return triu(a); });
+  Refuses(NotOk(RS(2, 3)), 50393, [](RS& a) -> auto& { return tril(a); });
+  Refuses(RS(2, 3), 40393, [](RS& a) -> auto& { return tril(a); });
+  Refuses(NotOk(SS(2)), 50391, [](SS& a) -> auto& { return triu(a); });
+  Refuses(NotOk(SS(2)), 50393, [](SS& a) -> auto& { return tril(a); });
+  Refuses(NotOk(RS(2, 3)), 50460, [](RS& a) -> auto& { return diag(a); });
+  Refuses(RS(2, 3), 40460, [](RS& a) -> auto& { return diag(a); });
+  Refuses(NotOk(SS(2)), 50460, [](SS& a) -> auto& { return diag(a); });
+}
+
 template <class K>
 void NumbersRefuse(const K& a) {
   Refuses(NotOk(K(a)), 50460, [](const K& x) { return trace(x); });
@@ -90,6 +107,8 @@ TEST(MatrixFunctionCodes, Numbers) {
   NumbersRefuse(UpperTriangularMatrix(2));
   NumbersRefuse(LowerTriangularMatrix(2));
   NumbersRefuse(DiagonalMatrix(2));
+  NumbersRefuse(RegularSparseMatrix(2, 3));
+  NumbersRefuse(SymmetricSparseMatrix(2));
 }
 
 TEST(MatrixFunctionCodes, DotAndEyeIgnoreAPendingCode) {
@@ -134,6 +153,16 @@ TEST(MatrixFunctionCodes, Kron) {
   KronRefuses(s, r);
   KronRefuses(r, s);
   KronRefuses(r, r);
+  const RegularSparseMatrix rs(2, 3);
+  const SymmetricSparseMatrix ss(2);
+  KronRefuses(d, rs);
+  KronRefuses(rs, d);
+  KronRefuses(r, rs);
+  KronRefuses(rs, r);
+  KronRefuses(rs, rs);
+  KronRefuses(d, ss);
+  KronRefuses(ss, d);
+  KronRefuses(ss, ss);
   EXPECT_CODE(kron(RegularMatrix(0, 2), RegularMatrix(2, 0)), 40000);
 }
 
@@ -146,6 +175,8 @@ TEST(MatrixFunctionCodes, TooLargeResults) {
   const DiagonalMatrix huge(1u << 17);
   EXPECT_THROW(static_cast<void>(kron(huge, huge)), std::bad_array_new_length);
   EXPECT_THROW(static_cast<void>(kron(DispensableCopy(huge), DispensableCopy(huge))), std::bad_array_new_length);
+  const RegularSparseMatrix tall(1u << 17, 1);
+  EXPECT_THROW(static_cast<void>(kron(tall, tall)), std::bad_array_new_length);
   EXPECT_EQ(GetErrorCode(), 0);
 }
 

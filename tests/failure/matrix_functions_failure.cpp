@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "support/allocations.h"
 #include "support/codes.h"
 #include "support/make.h"
@@ -84,6 +86,65 @@ TEST(MatrixFunctionMemory, KronOfTemporaries) {
     }
     EXPECT_EQ(code, 10680);
   }
+}
+
+// Sparse results report exhausted memory as std::bad_alloc (their object and store) or 10680 (a dense part).
+template <class Prepare, class Call>
+int EachSparseAllocationFails(Prepare prepare, Call call) {
+  for (unsigned k = 1;; ++k) {
+    auto& operand = prepare();
+    bool caught = false;
+    bool failed;
+    decltype(&call(operand)) result = nullptr;
+    {
+      FailAllocations fail(k, Fail::kFromThenOn);
+      try {
+        result = &call(operand);
+      } catch (const std::bad_alloc&) {
+        caught = true;
+      } catch (const MatrixException& e) {
+        caught = e.code() == 10680;
+        abort_reset();
+      }
+      failed = fail.failed();
+    }
+    EXPECT_EQ(caught, failed) << "allocation " << k;
+    if (!failed) {
+      Drop(*result);
+      return static_cast<int>(k) - 1;
+    }
+  }
+}
+
+template <class K, class Call>
+void SparseOnOrdinaryAndDispensable(const K& a, Call call) {
+  K kept(a);
+  EXPECT_GE(EachSparseAllocationFails([&]() -> K& { return kept; }, call), 2);
+  EXPECT_TRUE(Same(kept, PlainOf(a)));
+  EXPECT_GE(EachSparseAllocationFails([&]() -> K& { return DispensableCopy(a); }, call), 2);
+}
+
+TEST(MatrixFunctionMemory, OfSparseKindsRunsOutCleanly) {
+  RegularSparseMatrix r(70, 70);
+  SymmetricSparseMatrix s(70);
+  for (unsigned k = 0; k < 70; ++k) {
+    r.Put(k, 69 - k, 1.0 + k);
+    r.Put(k, k, 2.0);
+    s.Put(k, 69 - k, 1.0 + k);
+    s.Put(k, k, 2.0);
+  }
+  using RS = RegularSparseMatrix;
+  using SS = SymmetricSparseMatrix;
+  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return transpose(a); });
+  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return sym(a); });
+  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return triu(a); });
+  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return tril(a); });
+  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return diag(a); });
+  SparseOnOrdinaryAndDispensable(s, [](SS& a) -> auto& { return tril(a); });
+  SparseOnOrdinaryAndDispensable(s, [](SS& a) -> auto& { return triu(a); });
+  SymmetricSparseMatrix small(2);
+  small.Put(0, 1, 3.0);
+  EXPECT_GE(EachSparseAllocationFails([&]() -> SS& { return small; }, [](SS& a) -> auto& { return kron(a, a); }), 3);
 }
 
 TEST(MatrixFunctionMemory, TransposeIntoOut) {

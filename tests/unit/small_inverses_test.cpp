@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "support/allocations.h"
 #include "support/codes.h"
 #include "support/digest.h"
 #include "support/make.h"
 #include "support/plain.h"
+#include "support/sparse.h"
 
 namespace quorvel::test {
 namespace {
@@ -35,7 +38,7 @@ int Kernel(unsigned n, const RegularMatrix&, double* d) {
 template <class K>
 class SmallInverse : public ::testing::Test {};
 using Kinds = ::testing::Types<SymmetricMatrix, UpperTriangularMatrix, LowerTriangularMatrix, RegularMatrix>;
-TYPED_TEST_SUITE(SmallInverse, Kinds);
+TYPED_TEST_SUITE(SmallInverse, Kinds, );
 
 TYPED_TEST(SmallInverse, LandsWhereItShould) {
   using K = TypeParam;
@@ -111,6 +114,71 @@ TYPED_TEST(SmallInverse, Memory) {
       code = CodeOf([&] { inv3x3(a); });
     }
     EXPECT_EQ(code, 10680);
+  }
+}
+
+template <class Sparse, class Dense>
+void SparseEqualsDense(unsigned seed) {
+  Random random(seed);
+  for (unsigned n : {2u, 3u}) {
+    for (int trial = 0; trial < 200; ++trial) {
+      Sparse a(n, n);
+      Scatter(a, n * n, random);
+      Dense d(a);
+      (n == 2 ? inv2x2(d, true) : inv3x3(d, true));
+      const Plain before = PlainOf(a);
+      const Plain inverse = PlainOf(d);
+      {
+        const Held<Sparse> x(Inverse(n, static_cast<const Sparse&>(a)));
+        EXPECT_TRUE(Same(*x, inverse, true));
+        EXPECT_EQ(x->nsing(), d.nsing());
+        EXPECT_TRUE(Same(a, before));
+        EXPECT_EQ(a.nsing(), -1);
+        EXPECT_SOUND(*x);
+        for (const Cell& cell : CellsOf(*x)) EXPECT_NE(cell.value, 0.0);
+        FeedDigest(*x);
+      }
+      Sparse& temporary = DispensableCopy(a);
+      const Held<Sparse> x(Inverse(n, temporary, false));
+      EXPECT_EQ(&*x, &temporary);
+      EXPECT_TRUE(Same(*x, inverse, true));
+      EXPECT_EQ(&Inverse(n, a, true), &a);
+      EXPECT_TRUE(Same(a, inverse, true));
+      EXPECT_EQ(a.nsing(), d.nsing());
+      EXPECT_SOUND(a);
+    }
+    Sparse wrong(4, 4);
+    Sparse bad(n, n);
+    bad.set_ok(false);
+    EXPECT_CODE(Inverse(n, wrong, true), 40000);
+    EXPECT_CODE(Inverse(n, bad, false), 50000);
+    EXPECT_CODE(Inverse(n, Dispensable<Sparse>(4u, 4u), false), 40000);
+    EXPECT_CODE_WHILE_PENDING(321, Inverse(n, Dispensable<Sparse>(n, n), false), 321);
+  }
+}
+
+TEST(SmallSparseInverse, EqualsTheDenseOne) {
+  SparseEqualsDense<RegularSparseMatrix, RegularMatrix>(413);
+  SparseEqualsDense<SymmetricSparseMatrix, SymmetricMatrix>(414);
+}
+
+TEST(SmallSparseInverse, Memory) {
+  RegularSparseMatrix a(3, 3);
+  a.Put(0, 0, 2.0);
+  a.Put(1, 2, 3.0);
+  a.Put(2, 1, 4.0);
+  for (unsigned k = 1;; ++k) {
+    RegularSparseMatrix* result = nullptr;
+    FailAllocations fail(k, Fail::kFromThenOn);
+    try {
+      result = &inv3x3(a);
+    } catch (const std::bad_alloc&) {
+    }
+    if (!fail.failed()) {
+      delete result;
+      break;
+    }
+    ASSERT_EQ(result, nullptr);
   }
 }
 

@@ -1,0 +1,116 @@
+// Matrix functions of the sparse kinds, kron apart. Records are taken from the result's pool in the order in which the
+// elements are named in each function.
+#include "core/ownership.h"
+#include "quorvel/DiagonalMatrix.h"
+#include "quorvel/matrix_functions.h"
+#include "sparse/append.h"
+#include "sparse/cursor.h"
+
+using namespace quorvel::detail;
+
+namespace {
+
+/// Writes an empty matrix column by column, as RowWriter writes one row by row. Cells below the diagonal of a symmetric
+/// matrix are not for it.
+class ColumnWriter {
+ public:
+  explicit ColumnWriter(SparseMatrix& target) : target_(target), rows_(target) {}
+
+  SparseElement* append(SparseElement* prevInCol, index_t row, index_t col, double value) {
+    SparseElement* const e = NewElement(target_, row, col, value);
+    (prevInCol != nullptr ? prevInCol->nextInCol : target_.colHeads[col]) = e;
+    rows_.link(row, col, e);
+    return e;
+  }
+
+ private:
+  SparseMatrix& target_;
+  ListHints<ByRow> rows_;
+};
+
+/// The elements (r, c), r <= c, of A's column lists, column by column; zeros stay behind.
+template <class K>
+K& UpperTriangle(const SparseMatrix& A) {
+  const Consumed operand(A);
+  NewResult<K> result(A.rows, A.cols);
+  ColumnWriter writer(*result);
+  for (index_t c = 0; c < A.cols; ++c) {
+    SparseElement* prev = nullptr;
+    for (const SparseElement* e = A.colHeads[c]; e != nullptr && e->row <= c; e = e->nextInCol) {
+      if (e->value != 0.0) prev = writer.append(prev, e->row, c, e->value);
+    }
+  }
+  return result.hand_over();
+}
+
+}  // namespace
+
+RegularSparseMatrix& transpose(RegularSparseMatrix& A) {
+  A.ThrowNotOk(code::transpose_sparse);
+  const Consumed operand(A);
+  NewResult<RegularSparseMatrix> result(A.cols, A.rows);
+  RowWriter writer(*result);
+  for (index_t c = 0; c < A.cols; ++c) {
+    SparseElement* prev = nullptr;
+    for (const SparseElement* e = A.colHeads[c]; e != nullptr; e = e->nextInCol) {
+      prev = writer.append(prev, c, e->row, e->value);
+    }
+  }
+  return result.hand_over();
+}
+
+RegularSparseMatrix& transpose(const RegularSparseMatrix& A) { return transpose(Mutable(A)); }
+
+SymmetricSparseMatrix& sym(const RegularSparseMatrix& A) {
+  A.ThrowNotSquare(code::sym_sparse);
+  return UpperTriangle<SymmetricSparseMatrix>(A);
+}
+
+RegularSparseMatrix& triu(const SparseMatrix& A) {
+  A.ThrowNotSquare(code::triu_sparse);
+  return UpperTriangle<RegularSparseMatrix>(A);
+}
+
+RegularSparseMatrix& tril(const SparseMatrix& A) {
+  A.ThrowNotSquare(code::tril_sparse);
+  const Consumed operand(A);
+  NewResult<RegularSparseMatrix> result(A.rows, A.cols);
+  RowWriter writer(*result);
+  // Row i of the lower triangle: the row list up to the diagonal, or the mirrored column list of a symmetric matrix.
+  const bool mirror = is_symmetric_sparse(A);
+  for (index_t i = 0; i < A.rows; ++i) {
+    SparseElement* prev = nullptr;
+    for (const SparseElement* e = mirror ? A.colHeads[i] : A.rowHeads[i]; e != nullptr;
+         e = mirror ? e->nextInCol : e->nextInRow) {
+      const index_t j = mirror ? e->row : e->col;
+      if (j > i) break;
+      if (e->value != 0.0) prev = writer.append(prev, i, j, e->value);
+    }
+  }
+  return result.hand_over();
+}
+
+DiagonalMatrix& diag(const SparseMatrix& A) {
+  A.ThrowNotSquare(code::diag);
+  const Consumed operand(A);
+  const SparseLines a(A);
+  NewResult<DiagonalMatrix> result(A.rows);
+  for (index_t i = 0; i < A.rows; ++i) result->data()[i] = a.at(i, i);
+  return result.hand_over();
+}
+
+double trace(const SparseMatrix& A) {
+  A.ThrowNotOk(code::trace);
+  const Consumed operand(A);
+  const SparseLines a(A);
+  const index_t n = A.rows < A.cols ? A.rows : A.cols;
+  double sum = 0.0;
+  for (index_t i = 0; i < n; ++i) sum += a.at(i, i);
+  return sum;
+}
+
+double scalar(const SparseMatrix& A) {
+  A.ThrowNotOk(code::scalar);
+  const Consumed operand(A);
+  return SparseLines(A).at(0, 0);
+}
