@@ -1,6 +1,11 @@
 # Kernel sources named after an instruction set are built with that set's flags, and only for
 # processors that have it. Every other source is built for the baseline of the platform.
 
+# The register tiles need their loops unrolled, which -O2 does not do.
+set(quorvel_kernel_optimise $<$<CONFIG:Release>:-O3>)
+set_source_files_properties("${PROJECT_SOURCE_DIR}/src/ops/kernels/portable.cpp" PROPERTIES
+  COMPILE_OPTIONS "${quorvel_kernel_optimise}")
+
 set(quorvel_kernel_flags_sse2 -msse2)
 set(quorvel_kernel_flags_avx2 -mavx2 -mno-fma)
 set(quorvel_kernel_flags_avx512 -mavx512f -mavx512dq -mavx512vl -mno-fma)
@@ -10,7 +15,7 @@ foreach(set IN ITEMS sse2 avx2 avx512)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
     if(EXISTS "${source}")
       set_source_files_properties("${source}" PROPERTIES
-        COMPILE_OPTIONS "${quorvel_kernel_flags_${set}}")
+        COMPILE_OPTIONS "${quorvel_kernel_flags_${set}};${quorvel_kernel_optimise}")
     endif()
   else()
     list(REMOVE_ITEM quorvel_sources "${source}")

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -33,6 +34,22 @@ const char* RoomOf(const char* program) {
 }
 
 }  // namespace
+
+// Asked by the library which of its kernels to use: QUORVEL_KERNELS in the environment names them (portable, sse2, avx2,
+// avx512). A name that cannot run here ends the program, so that no comparison passes by comparing a thing with itself.
+extern "C" __attribute__((visibility("default"))) const char* quorvel_choose_kernels(const char* const* names,
+                                                                                   unsigned count) {
+  const char* const wanted = std::getenv("QUORVEL_KERNELS");
+  if (wanted == nullptr) return nullptr;
+  for (unsigned k = 0; k < count; ++k) {
+    if (std::strcmp(wanted, names[k]) == 0) {
+      std::printf("kernels %s\n", names[k]);
+      return names[k];
+    }
+  }
+  std::fprintf(stderr, "QUORVEL_KERNELS=%s: no such kernels on this processor\n", wanted);
+  std::_Exit(3);
+}
 
 int main(int argc, char** argv) {
   const std::string room = RoomOf(argv[0]);

@@ -56,9 +56,6 @@ struct Extent {
 struct Kernels {
   const char* name;
 
-  /// Columns of a strip that suits the registers: callers that split work by columns take multiples of it.
-  kernel_index strip;
-
   /// c(i, j) = sum over k = 0 .. depth - 1 of a(i, k) * b(k, j), for the rows and columns of `part` that lie in the
   /// shape of c. No overlap between c and the factors. `c_origin`: the index of the column that c's lines begin with
   /// (c by_rows, full); `b_origin`: the same for b.
