@@ -59,4 +59,21 @@
 [[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskySquareRootLower(const SymmetricSparseMatrix& A);
 [[nodiscard]] QUORVEL_API RegularSparseMatrix& CholeskySquareRootUpper(const SymmetricSparseMatrix& A);
 
+/// The inverse of a symmetric positive semi-definite A through its tolerant factor: inv(L)'*inv(L), a new dispensable
+/// symmetric matrix. Half the work of inv(A), and the natural way to a covariance from an information matrix.
+///
+///   SymmetricMatrix P(InverseByCholesky(N, 1e-12));
+///   if (P.nsing() != 0) ...  // some unknowns are not determined; their rows and columns of P are zero
+///
+/// Orders 2 and 3 take the closed forms inv2x2 and inv3x3: tol is not used then, the result carries the count, A's
+/// stays, and a dispensable A is inverted in place and returned. Every other order: A gets the count of CholeskyFactor
+/// (unless it is dispensable), the result that of the triangular inverse, which counts every pivot of L that does not
+/// satisfy |d| > 1e-200: singular rows again, and infinite or NaN ones that escaped the tolerance.
+///
+/// Throws 50510 (A not ok; 50000 for orders 2 and 3), 10680, std::bad_array_new_length for order 0. A negative diagonal
+/// element ends the process as in CholeskyFactor. Exact order: triangular inverse with reciprocal diagonal, then
+/// sums over increasing k from 0.0. Cost: 2*n^3/3 operations, two arrays.
+[[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(SymmetricMatrix& A, double tol);
+[[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(const SymmetricMatrix& A, double tol);
+
 #endif

@@ -85,7 +85,7 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 /// Elements of a sparse operand below the diagonal do not enter. Throws 50320; a sparse operand that is not square
 /// 40320.
 ///
-/// With U the upper square root of a matrix (Cholesky), UTU gives the matrix back.
+/// UTU does not give a matrix back from its CholeskySquareRootUpper, which is a root A = U U': that takes U * transpose(U).
 [[nodiscard]] QUORVEL_API SymmetricMatrix& UTU(const UpperTriangularMatrix& U);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& UTU(const RegularSparseMatrix& U);
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <utility>
 
 #include "quorvel/quorvel.h"
 #include "support/make.h"
@@ -20,6 +20,18 @@ TEST(FactorisationCodes, Cholesky) {
   TruthTable({50510}, [](Operand& o) { Release(CholeskyFactor(std::as_const(o.Make<S>(3u)), 1e-12)); });
   TruthTable({50000}, [](Operand& o) { Release(CholeskySquareRootLower(o.Make<S>(3u))); });
   TruthTable({50000}, [](Operand& o) { Release(CholeskySquareRootUpper(o.Make<S>(3u))); });
+}
+
+TEST(FactorisationCodes, InverseByCholesky) {
+  for (const unsigned n : {1u, 2u, 3u, 4u, 6u}) {
+    const int code = n == 2 || n == 3 ? 50000 : 50510;
+    TruthTable({code}, [n](Operand& o) { Release(InverseByCholesky(o.Make<S>(n), 1e-12)); });
+  }
+  S empty;
+  empty.set_ok(false);
+  EXPECT_CODE(Release(InverseByCholesky(empty, 1e-12)), 50510);
+  empty.set_ok(true);
+  EXPECT_CODE_WHILE_PENDING(40999, Release(InverseByCholesky(empty, 1e-12)), 40999);
 }
 
 TEST(FactorisationCodes, UDFactors) {
@@ -124,6 +136,47 @@ TEST(FactorisationCodes, OperandsGivenTwiceDieOnce) {
   R& column = Dispensable<R>(3u, 1u);
   EXPECT_NO_CODE(UDMeasurementUpdate(u, d, column, 1.0, column));
   Release(column);
+}
+
+TEST(FactorisationCodes, SparseCholesky) {
+  using Sparse = SymmetricSparseMatrix;
+  TruthTable({50510}, [](Operand& o) { Release(CholeskyFactor(o.Make<Sparse>(3u), 1e-12)); });
+  TruthTable({50510}, [](Operand& o) { Release(CholeskyFactor(std::as_const(o.Make<Sparse>(3u)), 1e-12)); });
+  TruthTable({50000}, [](Operand& o) { Release(CholeskySquareRootLower(o.Make<Sparse>(3u))); });
+  TruthTable({50000}, [](Operand& o) { Release(CholeskySquareRootUpper(o.Make<Sparse>(3u))); });
+  Refuses(40393, [](Operand& o) {
+    Sparse& a = o.Make<Sparse>(3u);
+    const bool dispensable = a.dispensable();
+    a.set_dispensable(false);
+    a.InsertRows(3, 1);
+    a.set_dispensable(dispensable);
+    Release(CholeskyFactor(a, 1e-12));
+  });
+  Refuses(40000, [](Operand& o) {
+    Sparse& a = o.Make<Sparse>(3u);
+    const bool dispensable = a.dispensable();
+    a.set_dispensable(false);
+    a.InsertRows(3, 1);
+    a.set_dispensable(dispensable);
+    Release(CholeskySquareRootUpper(a));
+  });
+}
+
+TEST(FactorisationCodes, SparseRankOne) {
+  using Vector = RegularSparseMatrix;
+  const unsigned index[1] = {1};
+  TruthTable({0, 0, 0}, [&](Operand& o) {
+    RegularSparseMatrix& a = o.Make<RegularSparseMatrix>(3u, 3u);
+    Vector& x = o.Make<Vector>(3u, 1u);
+    RankOneUpdateNZ(a, x, index, 1, o.Make<Vector>(3u, 1u), index, 1, 1.0);
+    Release(a);
+  });
+  TruthTable({0, 0, 0}, [&](Operand& o) {
+    SymmetricSparseMatrix& a = o.Make<SymmetricSparseMatrix>(3u);
+    Vector& x = o.Make<Vector>(3u, 1u);
+    RankOneUpdateNZ(a, x, index, 1, o.Make<Vector>(3u, 1u), index, 1, 1.0);
+    Release(a);
+  });
 }
 
 TEST(FactorisationCodes, RankOne) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -74,6 +75,46 @@ TEST(FactorisationMemory, Cholesky) {
     OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskyFactor(a, 1e-12)); });
     OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskySquareRootLower(a)); });
     OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskySquareRootUpper(a)); });
+  }
+}
+
+// The factor and the inverse: two objects, two arrays.
+TEST(FactorisationMemory, InverseByCholesky) {
+  for (const unsigned n : {1u, 4u, 24u}) {
+    OnSymmetric(n, 4, [](SymmetricMatrix& a) { Release(InverseByCholesky(a, 1e-12)); });
+  }
+}
+
+// The sparse store and the scratch of the sparse factors run out of memory as std::bad_alloc.
+TEST(FactorisationMemory, SparseCholesky) {
+  const Grid a = Definite(12);
+  for (const bool dispensable : {false, true}) {
+    for (const int which : {0, 1, 2}) {
+      for (unsigned k = 1;; ++k) {
+        ASSERT_LT(k, 100u);
+        Operand operand(dispensable, -1);
+        SymmetricSparseMatrix& A = operand.Make<SymmetricSparseMatrix>(12u);
+        for (unsigned i = 0; i < 12; ++i) {
+          for (unsigned j = i; j < 12; ++j) A.Put(i, j, a(i, j));
+        }
+        bool out_of_memory = false, failed;
+        {
+          FailAllocations fail(k, Fail::kFromThenOn);
+          try {
+            if (which == 0) Release(CholeskyFactor(A, 1e-12));
+            if (which == 1) Release(CholeskySquareRootLower(A));
+            if (which == 2) Release(CholeskySquareRootUpper(A));
+          } catch (const std::bad_alloc&) {
+            out_of_memory = true;
+          }
+          failed = fail.failed();
+        }
+        EXPECT_EQ(out_of_memory, failed);
+        EXPECT_EQ(ErrorState(), 0);
+        if (!failed) break;
+        if (!dispensable) ExpectSameValues(GridOf(std::as_const(A)), a, "operand");
+      }
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <new>
 
 #include "quorvel/quorvel.h"
 #include "support/digest.h"
@@ -265,5 +266,151 @@ TEST(CholeskyDense, RootsConsumeTheirOperand) {
     const UpperTriangularMatrix U(CholeskySquareRootUpper(DispensableCopy(A)));
     EXPECT_TRUE(SameBits(U.data(), expected_upper.data(), U.StoredCount()));
     EXPECT_EQ(U.nsing(), -1);
+  }
+}
+
+// The factor's inverse row by row, then the sums over its columns.
+namespace {
+
+Factor InverseRowByRow(const Grid& a, double tol) {
+  Factor f = RowByRow(a, tol);
+  const unsigned n = a.n;
+  f.singular = 0;
+  for (unsigned i = 0; i < n; ++i) {
+    if (std::fabs(f.l(i, i)) > 1e-200) {
+      f.l(i, i) = 1.0 / f.l(i, i);
+      continue;
+    }
+    ++f.singular;
+    for (unsigned k = 0; k < n; ++k) f.l(i, k) = f.l(k, i) = 0.0;
+  }
+  for (unsigned r = 1; r < n; ++r) {
+    std::vector<double> w(r);
+    for (unsigned c = 0; c < r; ++c) {
+      for (unsigned j = c; j < r; ++j) w[c] += f.l(r, j) * f.l(j, c);
+    }
+    for (unsigned c = 0; c < r; ++c) f.l(r, c) = w[c] != 0.0 ? -(w[c] * f.l(r, r)) : 0.0;
+  }
+  Grid s(n, n);
+  for (unsigned i = 0; i < n; ++i) {
+    for (unsigned j = 0; j <= i; ++j) {
+      for (unsigned k = i; k < n; ++k) s(i, j) += f.l(k, i) * f.l(k, j);
+      s(j, i) = s(i, j);
+    }
+  }
+  f.l = s;
+  return f;
+}
+
+}  // namespace
+
+TEST(InverseByCholeskyDense, EqualsTheRowByRowForm) {
+  Random random(506);
+  for (const Family family : kFamilies) {
+    for (const unsigned n : kOrders) {
+      if (n == 0 || n == 2 || n == 3) continue;
+      const Grid a = SymmetricSample(family, n, random);
+      for (const double tol : {1e-12, 0.0}) {
+        const SymmetricMatrix A(SymmetricOf(a));
+        const SymmetricMatrix inverse(InverseByCholesky(A, tol));
+        const Factor expected = InverseRowByRow(a, tol);
+        ExpectSameValues(GridOf(inverse), expected.l, Name(family));
+        EXPECT_EQ(inverse.nsing(), expected.singular) << Name(family) << " " << n;
+        EXPECT_EQ(A.nsing(), RowByRow(a, tol).singular);
+        digest::Feed(inverse);
+      }
+    }
+  }
+}
+
+TEST(InverseByCholeskyDense, OfTheHilbertMatrix) {
+  const SymmetricMatrix A(SymmetricOf(Hilbert(5)));
+  const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
+  EXPECT_EQ(inverse(0, 0), 0x1.8ffffffffd5c3p+4);
+  EXPECT_EQ(inverse(0, 4), 0x1.3afffffffb1f6p+9);
+  EXPECT_EQ(inverse(4, 4), 0x1.5887fffffb8e0p+15);
+  EXPECT_EQ(inverse.nsing(), 0);
+  EXPECT_EQ(A.nsing(), 0);
+}
+
+// The zero that escapes the tolerance is caught here: everything stays finite.
+TEST(InverseByCholeskyDense, ZeroDiagonal) {
+  SymmetricMatrix A(4);
+  A(0, 0) = 4.0;
+  A(2, 2) = 9.0;
+  A(3, 3) = 1.0;
+  const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
+  Grid expected(4, 4);
+  expected(0, 0) = 0.25;
+  ExpectSameValues(GridOf(inverse), expected, "inverse");
+  EXPECT_EQ(inverse.nsing(), 3);
+  EXPECT_EQ(A.nsing(), 0);
+}
+
+TEST(InverseByCholeskyDense, SmallOrdersTakeTheClosedForms) {
+  Random random(507);
+  for (const unsigned n : {2u, 3u}) {
+    const SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
+    A.set_nsing(-1);
+    const SymmetricMatrix expected(n == 2 ? inv2x2(A) : inv3x3(A));
+    const SymmetricMatrix inverse(InverseByCholesky(A, 1e300));  // a tolerance under which every row is singular
+    EXPECT_TRUE(SameBits(inverse.data(), expected.data(), inverse.StoredCount()));
+    EXPECT_EQ(inverse.nsing(), 0);
+    EXPECT_EQ(A.nsing(), -1);
+    SymmetricMatrix& temporary = DispensableCopy(A);
+    SymmetricMatrix& in_place = InverseByCholesky(temporary, 1e-12);
+    EXPECT_EQ(&in_place, &temporary);
+    in_place.DestroyIfDispensable();
+  }
+}
+
+// Order 1 takes the reciprocal of a reciprocal as every larger order does.
+TEST(InverseByCholeskyDense, OrderOne) {
+  SymmetricMatrix A(1);
+  A(0, 0) = 3.0;
+  const double root = 1.0 / (1.0 / (1.0 / std::sqrt(3.0)));
+  const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
+  EXPECT_EQ(inverse(0, 0), root * root);
+  EXPECT_EQ(inverse(0, 0), 0x1.5555555555557p-2);
+  A(0, 0) = 0.0;
+  const SymmetricMatrix none(InverseByCholesky(A, 1e-12));
+  EXPECT_EQ(none(0, 0), 0.0);
+  EXPECT_EQ(none.nsing(), 1);
+  EXPECT_EQ(A.nsing(), 0);
+}
+
+TEST(InverseByCholeskyDense, OrderZeroIsABadArrayLength) {
+  const SymmetricMatrix empty;
+  EXPECT_THROW(static_cast<void>(InverseByCholesky(empty, 1e-12)), std::bad_array_new_length);
+  EXPECT_THROW(static_cast<void>(InverseByCholesky(Dispensable<SymmetricMatrix>(0u), 1e-12)),
+               std::bad_array_new_length);
+  EXPECT_EQ(ErrorState(), 0);
+}
+
+TEST(InverseByCholeskyDense, ConsumesATemporary) {
+  Random random(508);
+  for (const unsigned n : {1u, 4u, 30u}) {
+    const SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
+    const SymmetricMatrix expected(InverseByCholesky(A, 1e-12));
+    const SymmetricMatrix inverse(InverseByCholesky(DispensableCopy(A), 1e-12));
+    EXPECT_TRUE(SameBits(inverse.data(), expected.data(), inverse.StoredCount()));
+  }
+}
+
+TEST(InverseByCholeskyDense, CountsOfConstructedRank) {
+  Random random(509);
+  const double pivots[] = {0.0, 1.0, 4.0, 16.0};
+  for (unsigned trial = 0; trial < 500; ++trial) {
+    const unsigned n = 4 + random.Below(17);
+    std::vector<double> d(n);
+    int zeros = 0;
+    for (unsigned i = 0; i < n; ++i) {
+      d[i] = pivots[i == 0 ? 1 + random.Below(3) : random.Below(4)];
+      zeros += d[i] == 0.0 ? 1 : 0;
+    }
+    const SymmetricMatrix A(SymmetricOf(SymmetricOfFactors(d, random)));
+    const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
+    ASSERT_EQ(inverse.nsing(), zeros) << "trial " << trial;
+    ASSERT_EQ(A.nsing(), zeros) << "trial " << trial;
   }
 }
