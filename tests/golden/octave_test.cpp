@@ -65,6 +65,14 @@ void FillWith(SingleArrayMatrix& a, Random& random) {
   for (unsigned k = 0; k < a.StoredCount(); ++k) a.data()[k] = random.Chance(6) ? -0.0 : Value(random);
 }
 
+std::string TextOfFile(const std::string& path) {
+  std::string text;
+  std::FILE* file = std::fopen(path.c_str(), "r");
+  for (int c; file != nullptr && (c = std::fgetc(file)) != EOF;) text += static_cast<char>(c);
+  if (file != nullptr) std::fclose(file);
+  return text;
+}
+
 // Reads what the script wrote: for each matrix its sizes and its elements by rows.
 std::vector<Model> ReadBack(const std::string& path) {
   std::vector<Model> all;
@@ -144,7 +152,7 @@ TEST(Octave, ReadsEveryKindBitForBit) {
 
   const std::string command = "cd '" + folder.path() + "' && octave-cli --no-gui --norc --quiet read.m >octave.log 2>&1";
   const std::string log = folder / "octave.log";
-  ASSERT_EQ(std::system(command.c_str()), 0) << "octave failed, see " << log;
+  ASSERT_EQ(std::system(command.c_str()), 0) << "octave says: " << TextOfFile(log);
   const std::vector<Model> read = ReadBack(output);
   ASSERT_EQ(read.size(), 10u);
   ExpectBits(FullOf(std::as_const(r)), read[0]);

@@ -1,0 +1,146 @@
+// The readers and the writer of sparse matrices that the operations are built on.
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "sparse/append.h"
+#include "sparse/cursor.h"
+#include "support/codes.h"
+#include "support/random.h"
+#include "support/sparse.h"
+
+using namespace quorvel::test;
+using quorvel::detail::LineCursor;
+using quorvel::detail::RowWriter;
+using quorvel::detail::Rule;
+
+namespace {
+
+using RS = RegularSparseMatrix;
+using SS = SymmetricSparseMatrix;
+using Line = std::vector<std::pair<unsigned, double>>;
+
+Line Read(LineCursor e) {
+  Line line;
+  for (; e; e.next()) line.emplace_back(e.index(), e.value());
+  return line;
+}
+
+template <class K>
+class SparseRule : public ::testing::Test {};
+using Kinds = ::testing::Types<RS, SS>;
+TYPED_TEST_SUITE(SparseRule, Kinds);
+
+TYPED_TEST(SparseRule, LinesHoldEachStoredCellInOrder) {
+  for (unsigned n = 1; n < 12; ++n) {
+    Random random(n);
+    TypeParam a(n, n);
+    Scatter(a, 3 * n, random);
+    if (n > 3) a.MultRow(n / 2, 0.0);  // stored zeros are cells
+    const Rule<TypeParam> rule(a);
+    ASSERT_EQ(rule.stored(), a.used);
+    for (unsigned i = 0; i < n; ++i) {
+      Line row, col;
+      for (unsigned j = 0; j < n; ++j) {
+        if (a.Cell_Loc(i, j) != nullptr) row.emplace_back(j, rule.at(i, j));
+        if (a.Cell_Loc(j, i) != nullptr) col.emplace_back(j, rule.at(j, i));
+      }
+      EXPECT_EQ(Read(rule.row(i)), row);
+      EXPECT_EQ(Read(rule.col(i)), col);
+      for (unsigned k = 0; k <= n; ++k) {
+        LineCursor e = rule.row(i);
+        e.skip_to(k);
+        EXPECT_EQ(static_cast<bool>(e), !row.empty() && row.back().first >= k);
+        if (e) {
+          EXPECT_GE(e.index(), k);
+        }
+      }
+    }
+    unsigned stored = 0;
+    rule.for_each_stored([&](const SparseElement& e) {
+      ++stored;
+      EXPECT_EQ(a.Cell_Loc(e.row, e.col), &e);
+    });
+    EXPECT_EQ(stored, a.used);
+  }
+}
+
+TEST(SparseRule, LinesStayInsideAMatrixThatIsNotSquare) {
+  SS wide(2, 5);
+  wide.Put(1, 1, 1.0);
+  wide.Put(1, 4, 2.0);
+  const Rule<SS> rule(wide);
+  EXPECT_EQ(Read(rule.row(1)), (Line{{1, 1.0}, {4, 2.0}}));
+  EXPECT_EQ(Read(rule.col(1)), (Line{{1, 1.0}}));  // row 4 does not exist
+  EXPECT_EQ(Read(rule.col(4)), (Line{{1, 2.0}}));
+  EXPECT_FALSE(rule.row(7));
+  SS below(3);
+  SparseElement* e = below.SparseMatrixInsert(nullptr, 2, 0, 4.0);
+  below.SparseMatrixInsert(e, 2, 2, 5.0);
+  EXPECT_EQ(Read(Rule<SS>(below).row(2)), (Line{{2, 5.0}}));  // below the diagonal: not in a line
+  SS torn(4);
+  torn.SparseMatrixInsert(nullptr, 3, 2, 1.0);
+  torn.RemoveCols(2, 2);
+  unsigned seen = 0;
+  Rule<SS>(torn).for_each_stored([&seen](const SparseElement&) { ++seen; });
+  EXPECT_EQ(seen, 0u) << "an element outside the matrix";
+}
+
+// A merge in single steps, and through the writer: the same records everywhere.
+TYPED_TEST(SparseRule, WriterDoesWhatSingleStepsDo) {
+  constexpr bool symmetric = std::is_same_v<TypeParam, SS>;
+  for (unsigned trial = 0; trial < 300; ++trial) {
+    SCOPED_TRACE(trial);
+    Random random(trial);
+    const unsigned n = 1 + random.Below(trial % 10 == 0 ? 80 : 12);
+    TypeParam bulk(n, n);
+    if (random.Chance(2)) bulk.SetGrowBy(random.Below(7));
+    Random again = random;
+    TypeParam single(n, n);
+    if (bulk.growBy != 0) single.SetGrowBy(bulk.growBy - 1);
+    Scatter(bulk, 2 * n, random);
+    Scatter(single, 2 * n, again);
+    RowWriter writer(bulk);
+    unsigned turns = 2;
+    for (unsigned i = 0; i < n; ++i) {
+      if (turns != 0 && random.Chance(10)) {  // going back is allowed
+        i -= random.Below(i + 1);
+        --turns;
+      }
+      SparseElement* prev = nullptr;
+      SparseElement* prev_single = nullptr;
+      SparseElement* e = bulk.rowHeads[i];
+      SparseElement* e_single = single.rowHeads[i];
+      for (unsigned j = symmetric && !random.Chance(8) ? i : 0; j < n; ++j) {
+        while (e != nullptr && e->col < j) {
+          prev = std::exchange(e, e->nextInRow);
+          prev_single = std::exchange(e_single, e_single->nextInRow);
+        }
+        const bool here = e != nullptr && e->col == j;
+        const unsigned action = random.Below(6);
+        if (here && action == 0) {
+          SparseElement* const next = e->nextInRow;
+          SparseElement* const next_single = e_single->nextInRow;
+          writer.remove(prev, std::exchange(e, next));
+          single.SparseMatrixRemove(prev_single, std::exchange(e_single, next_single));
+        } else if (action == 1 && (!here || random.Chance(3))) {  // sometimes a second one of the same index
+          prev = writer.append(prev, i, j, trial);
+          prev_single = single.SparseMatrixInsert(prev_single, i, j, trial);
+        }
+      }
+      ASSERT_EQ(PlacesOf(bulk), PlacesOf(single)) << "row " << i;
+    }
+    EXPECT_EQ(bulk.used, single.used);
+  }
+}
+
+TEST(SparseRule, WriterChecksIndices) {
+  RS a(2, 2);
+  RowWriter writer(a);
+  EXPECT_CODE(writer.append(nullptr, 2, 0, 1.0), 62190);
+  EXPECT_CODE(writer.append(nullptr, 0, 2, 1.0), 62190);
+  EXPECT_EQ(BlocksOf(a), 0u);
+}
+
+}  // namespace
