@@ -8,75 +8,15 @@
 #include <type_traits>
 #include <utility>
 
-#include "quorvel/quorvel.h"
 #include "support/allocations.h"
 #include "support/digest.h"
-#include "support/make.h"
 #include "support/plain.h"
 #include "support/sparse.h"
+#include "support/sums.h"
 
 namespace quorvel::test {
 
 inline constexpr unsigned kSumSizes[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 31, 32, 33, 64};
-
-template <class K>
-constexpr bool kSparse = std::is_same_v<K, RegularSparseMatrix> || std::is_same_v<K, SymmetricSparseMatrix>;
-template <class K>
-constexpr bool kRectangular = std::is_same_v<K, RegularMatrix> || std::is_same_v<K, RegularSparseMatrix>;
-
-// An m x n matrix of a dense kind (square kinds: m = n) with random stored doubles.
-template <class K>
-K DenseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
-  K a(m, n);
-  FillMatrix(a, pattern, random);
-  return a;
-}
-
-// The same of a sparse kind, with about one cell in three stored, none of them zero.
-template <class K>
-K SparseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
-  K a(m, n);
-  for (unsigned i = 0; i < m; ++i) {
-    for (unsigned j = 0; j < n; ++j) {
-      if (random.Chance(3)) a.Put(i, j, Draw(pattern, random));
-    }
-  }
-  return a;
-}
-
-template <class K>
-K SumSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
-  if constexpr (kSparse<K>) {
-    return SparseSample<K>(m, n, pattern, random);
-  } else {
-    return DenseSample<K>(m, n, pattern, random);
-  }
-}
-
-// The element a + b or a - b.
-struct PlusOp {
-  static constexpr bool minus = false;
-  static const char* name() { return "+"; }
-  static double of(double a, double b) { return a + b; }
-  template <class A, class B>
-  static auto& apply(A& a, B& b) { return a + b; }
-  template <class R, class A, class B>
-  static auto& assign(R& r, A& a, B& b) { return Plus(r, a, b); }
-  template <class X, class Y>
-  static auto& compound(X& x, Y& y) { return x += y; }
-};
-
-struct MinusOp {
-  static constexpr bool minus = true;
-  static const char* name() { return "-"; }
-  static double of(double a, double b) { return a - b; }
-  template <class A, class B>
-  static auto& apply(A& a, B& b) { return a - b; }
-  template <class R, class A, class B>
-  static auto& assign(R& r, A& a, B& b) { return Minus(r, a, b); }
-  template <class X, class Y>
-  static auto& compound(X& x, Y& y) { return x -= y; }
-};
 
 // Where a kind has elements: the others are zero by definition.
 template <class K>

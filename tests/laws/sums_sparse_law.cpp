@@ -1,7 +1,5 @@
 // Sums with a sparse operand: every row of the pair table.
 
-#include "../src/ops/tables/sums.h"
-
 #include "laws/sum_law.h"
 
 namespace quorvel::test {
