@@ -79,7 +79,7 @@ QUORVEL_API int Simplx(RegularMatrix& a, int m, int n, int m1, int m2, int m3, i
 ///
 /// k = 0 leaves c and gives the rms of y itself. Fewer distinct abscissae than k make N singular: pivots are then
 /// zeroed and counted in N, whose count is lost. Choose t of order 1 and centred on 0: the normal equations square the
-/// condition number (degree 5 on 0 .. 20 leaves about 7 digits).
+/// condition number (degree 5 on 0 .. 20 leaves 5 correct digits).
 ///
 /// t and y are consumed when dispensable, also on failure; c never. Throws 56120 when t or y is not ok, 46120 when they
 /// differ in their number of rows or have no column, 50140 (and marks c not ok) when c is not ok, 10680, or the

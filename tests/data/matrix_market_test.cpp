@@ -96,6 +96,7 @@ double LogOfDiagonal(const K& factor) {
 
 class MatrixMarket : public ::testing::TestWithParam<const char*> {};
 class SymmetricMarket : public MatrixMarket {};
+class DefiniteMarket : public MatrixMarket {};
 class SquareMarket : public MatrixMarket {};
 class RectangularMarket : public MatrixMarket {};
 
@@ -140,6 +141,17 @@ TEST_P(SymmetricMarket, CholeskyFactor) {
     x(i) /= L(i, i);
   }
   EXPECT_LE(FromOnes(x), known.condition * 1e-15);
+}
+
+// A x = A 1 by the inverse.
+TEST_P(DefiniteMarket, InverseByCholesky) {
+  NEEDS_MARKET;
+  const SymmetricMatrix S(sym(A));
+  const SymmetricMatrix inverse(InverseByCholesky(S, 1e-14));
+  EXPECT_EQ(inverse.nsing(), 0);
+  digest::Feed(inverse);
+  const RegularMatrix x(inverse * RegularMatrix(S * Ones(S.ndim())));
+  EXPECT_LE(FromOnes(x), known.condition * 1e-12);
 }
 
 TEST_P(SquareMarket, DeterminantOfTheTriangularFactor) {
@@ -214,6 +226,7 @@ const auto kName = [](const ::testing::TestParamInfo<const char*>& info) {
 
 INSTANTIATE_TEST_SUITE_P(, MatrixMarket, ::testing::Values("bcsstk01", "nos5", "west0067", "ash219", "well1033", "can___24", "pores_1", "hilbert10"), kName);
 INSTANTIATE_TEST_SUITE_P(, SymmetricMarket, ::testing::Values("bcsstk01", "nos5", "hilbert10"), kName);
+INSTANTIATE_TEST_SUITE_P(, DefiniteMarket, ::testing::Values("bcsstk01", "nos5"), kName);
 INSTANTIATE_TEST_SUITE_P(, SquareMarket, ::testing::Values("bcsstk01", "nos5", "west0067", "can___24", "pores_1"), kName);
 INSTANTIATE_TEST_SUITE_P(, RectangularMarket, ::testing::Values("ash219", "well1033"), kName);
 

@@ -58,6 +58,41 @@ TEST(Rotation, TurnsTheFrameNotTheVector) {
   ExpectRows(RegularMatrix(Primary_Axis_Rotation_Matrix_RAD(3, 0.3)), {{{c, s, 0}, {-s, c, 0}, {0, 0, 1}}}, kUlp);
 }
 
+// Correctly rounded sines and cosines (computed with 300 bits): within one unit of the last place on every platform.
+TEST(Rotation, SineAndCosineToTheLastPlace) {
+  const struct {
+    double angle, sine, cosine;
+  } cases[] = {{0x1.999999999999ap-4, 0x1.98eaecb8bcb2cp-4, 0x1.fd712f9a817c1p-1},
+               {0x1.0000000000000p-1, 0x1.eaee8744b05f0p-2, 0x1.c1528065b7d50p-1},
+               {0x1.0000000000000p+0, 0x1.aed548f090ceep-1, 0x1.14a280fb5068cp-1},
+               {0x1.921fb54442d18p+0, 0x1.0000000000000p+0, 0x1.1a62633145c07p-54},
+               {0x1.0000000000000p+1, 0x1.d18f6ead1b446p-1, -0x1.aa22657537205p-2},
+               {0x1.8000000000000p+1, 0x1.210386db6d55bp-3, -0x1.fae04be85e5d2p-1},
+               {0x1.921fb54442d18p+1, 0x1.1a62633145c07p-53, -0x1.0000000000000p+0},
+               {-0x1.6666666666666p-1, -0x1.49d6e694619b8p-1, 0x1.87996529f9d93p-1},
+               {-0x1.4000000000000p+1, -0x1.326af0dcfcab1p-1, -0x1.9a2f7ef858b7dp-1},
+               {0x1.4000000000000p+3, -0x1.1689ef5f34f52p-1, -0x1.ad9ac890c6b1fp-1},
+               {0x1.9000000000000p+6, -0x1.03425b78c4db8p-1, 0x1.b981dbf665fdfp-1},
+               {0x1.86a0000000000p+16, 0x1.24daa9c527e96p-5, -0x1.ffac3841b3da7p-1},
+               {0x1.1df46a2529d39p-6, 0x1.1df0b2b89dd1ep-6, 0x1.ffec097f5af8ap-1}};
+  const auto near = [](double got, double want) {
+    EXPECT_GE(got, std::nextafter(want, -2.0));
+    EXPECT_LE(got, std::nextafter(want, 2.0));
+  };
+  for (const auto& c : cases) {
+    const RegularMatrix r(Primary_Axis_Rotation_Matrix_RAD(2, c.angle));
+    near(r(0, 0), c.cosine);
+    near(r(2, 0), c.sine);
+    near(-r(0, 2), c.sine);
+    const RegularMatrix d(DerivativeOfPrimary_Axis_Rotation_Matrix_RAD(2, c.angle));
+    near(d(2, 0), c.cosine);
+    near(-d(2, 2), c.sine);
+    const RegularMatrix e(denu_dxyz(0.0, c.angle));
+    near(-e(0, 0), c.sine);
+    near(e(0, 1), c.cosine);
+  }
+}
+
 TEST(Rotation, IsOrthonormalAndCountsFromZero) {
   Random random(63);
   for (unsigned axis = 1; axis <= 3; ++axis) {

@@ -153,7 +153,7 @@ TEST(Simplex, KindsOfConstraints) {
 TEST(Simplex, RedundantEqualities) {
   Random random(81);
   int optimal = 0;
-  for (int trial = 0; trial < 600; ++trial) {
+  for (int trial = 0; trial < 300; ++trial) {
     Program program;
     program.rows = {AtMost({1, 1, 1}, random.Integer(3, 12))};
     Program::Row sum = Equal({0, 0, 0}, 0);
@@ -168,13 +168,13 @@ TEST(Simplex, RedundantEqualities) {
     program.rows.push_back(sum);
     optimal += ExpectSolved(program, 0.3) == Verdict::kOptimal;
   }
-  EXPECT_GT(optimal, 200);
+  EXPECT_GT(optimal, 100);
 }
 
 TEST(Simplex, RandomPrograms) {
   Random random(82);
   int seen[3] = {0, 0, 0};
-  for (int trial = 0; trial < 1500; ++trial) {
+  for (int trial = 0; trial < 800; ++trial) {
     const int n = random.Integer(1, 3);
     Program program;
     for (int k = 0; k < n; ++k) program.objective.push_back(random.Integer(-5, 5));
@@ -188,7 +188,7 @@ TEST(Simplex, RandomPrograms) {
     }
     ++seen[static_cast<int>(ExpectSolved(program))];
   }
-  for (int count : seen) EXPECT_GT(count, 100);
+  for (int count : seen) EXPECT_GT(count, 60);
 }
 
 // Cycles under the plain largest-coefficient rule (Beale 1955), scaled to integers by powers of the variables.
