@@ -34,7 +34,7 @@
 // where target and source are one packed or sparse matrix. Exactness: copies.
 //
 // Example:
-//   RegularMatrix F(eye(6));                        // position and velocity
+//   RegularMatrix F(eye(6, 1.0));                       // position and velocity
 //   CopySubMat(F, 0, 3, DiagonalMatrix(dtI));       // F(0:3, 3:6) = dt I
 //   SymmetricMatrix Ppos(SubMat(P, 0, 2));          // covariance of the first three states
 #ifndef QUORVEL_BLOCKS_H

@@ -70,7 +70,7 @@ Range StoredColumns(const Rule<T>& to, const Block& b, index_t r) noexcept {
 /// The same block, read from a copy of itself.
 inline Block FromBuffer(const Block& b) noexcept { return {b.row, b.col, 0, 0, b.rows, b.cols}; }
 
-/// A block into a target that may store a part of it only. Sparse matrices: see sparse_blocks.h.
+/// A block into a target that may store a part of it only. Sparse matrices: see sparse_block_copy.h.
 template <class T, class S>
 void WriteBlock(T& target, const S& src, const Block& b) {
   if constexpr (!is_dense<T>) {

@@ -2,7 +2,7 @@
 #include "quorvel/blocks.h"
 
 #include "ops/block_rows.inc"
-#include "ops/sparse_blocks.h"
+#include "ops/sparse_block_copy.h"
 #include "ops/tables/blocks.h"
 
 namespace detail = quorvel::detail;

@@ -1,6 +1,6 @@
 // Writing blocks that have a sparse matrix on one side. The cost is what is stored in the rows of the block.
-#ifndef QUORVEL_OPS_SPARSE_BLOCKS_H
-#define QUORVEL_OPS_SPARSE_BLOCKS_H
+#ifndef QUORVEL_OPS_SPARSE_BLOCK_COPY_H
+#define QUORVEL_OPS_SPARSE_BLOCK_COPY_H
 
 #include "ops/blocks.h"
 #include "sparse/append.h"
