@@ -49,7 +49,6 @@ class ListHints {
     SparseElement*& place = find(i, along);
     Axis::next(*e) = place;
     place = e;
-    hints_[i] = e;
   }
 
   /// Takes e out of list i, as Unlink does.

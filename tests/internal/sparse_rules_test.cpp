@@ -69,10 +69,11 @@ TYPED_TEST(SparseRule, LinesHoldEachStoredCellInOrder) {
 TEST(SparseRule, LinesStayInsideAMatrixThatIsNotSquare) {
   SS wide(2, 5);
   wide.Put(1, 1, 1.0);
+  wide.Put(1, 2, 3.0);
   wide.Put(1, 4, 2.0);
   const Rule<SS> rule(wide);
-  EXPECT_EQ(Read(rule.row(1)), (Line{{1, 1.0}, {4, 2.0}}));
-  EXPECT_EQ(Read(rule.col(1)), (Line{{1, 1.0}}));  // row 4 does not exist
+  EXPECT_EQ(Read(rule.row(1)), (Line{{1, 1.0}, {2, 3.0}, {4, 2.0}}));
+  EXPECT_EQ(Read(rule.col(1)), (Line{{1, 1.0}}));  // rows 2 and 4 do not exist
   EXPECT_EQ(Read(rule.col(4)), (Line{{1, 2.0}}));
   EXPECT_FALSE(rule.row(7));
   SS below(3);
