@@ -25,6 +25,11 @@
 /// Golub, Van Loan, Matrix Computations, 5.2.1.
 QUORVEL_API RegularMatrix& HouseholderTransformation(RegularMatrix& A, bool inPlace = false);
 
+/// The same for a sparse A: values as of the dense transformation of the same finite matrix, zeros are not stored.
+/// Memory: 32 doubles a row, and the reflection vectors' non-zero elements; exhausted memory is a std::bad_alloc and
+/// leaves A unchanged. No reordering is made: order the rows by their first column, so that little fills in.
+QUORVEL_API RegularSparseMatrix& HouseholderTransformation(RegularSparseMatrix& A, bool inPlace = false);
+
 /// Measurement update of a square-root information filter: folds m measurements into the information pair (R, zR) by
 /// Householder reflections of [R zR; A zA].
 ///

@@ -3,17 +3,14 @@
 
 #include <cmath>
 
-#include "core/ownership.h"
 #include "core/work_area.h"
 #include "factor/axpy.h"
+#include "factor/householder.h"
 #include "factor/reflections.h"
 #include "quorvel/RegularMatrix.h"
 #include "quorvel/UpperTriangularMatrix.h"
 
 namespace quorvel::detail {
-namespace {
-
-/// A becomes R. Scratch first: without memory A stays as it was.
 void TriangulariseMatrix(RegularMatrix& A) {
   const index_t m = A.nrows();
   const index_t n = A.ncols();
@@ -23,6 +20,8 @@ void TriangulariseMatrix(RegularMatrix& A) {
   }
   A.SetSize(n, n, false);  // the first n rows stay where they are
 }
+
+namespace {
 
 /// One reflection of the pair (row j of R with its right-hand side, all rows of A with theirs).
 struct Reduction {
@@ -87,17 +86,7 @@ void ReduceColumn(const Reduction& p, index_t j) noexcept {
 namespace detail = quorvel::detail;
 
 RegularMatrix& HouseholderTransformation(RegularMatrix& A, bool inPlace) {
-  A.ThrowNotOk(detail::code::none);
-  if (A.nrows() < A.ncols()) detail::FailWith(detail::offset::shape, &A);
-  if (inPlace || A.dispensable()) {
-    detail::Consumed operand(A);
-    detail::TriangulariseMatrix(A);
-    operand.release(A);
-    return A;
-  }
-  detail::NewResult<RegularMatrix> before(A);
-  detail::TriangulariseMatrix(A);
-  return before.hand_over();
+  return detail::TransformedByReflections(A, inPlace);
 }
 
 void Householder_Reduction(unsigned m, UpperTriangularMatrix& R, RegularMatrix& zR, RegularMatrix& A,

@@ -71,21 +71,22 @@ struct Reflection {
   index_t count;
 };
 
-/// Finds the reflection of column j.
-inline Reflection ReflectionOf(const double* a, index_t m, index_t n, index_t j, ReflectionWork work) noexcept {
+/// Finds the reflection with pivot row j of one column, whose elements lie `stride` doubles apart.
+inline Reflection ReflectionOfColumn(const double* column, std::size_t stride, index_t m, index_t j,
+                                     ReflectionWork work) noexcept {
   double sigma = 0.0;
   for (index_t i = j + 1; i < m; ++i) {
-    const double e = a[static_cast<std::size_t>(i) * n + j];
+    const double e = column[i * stride];
     sigma += e * e;
   }
   if (sigma == 0.0) return {false, 0.0, 0};
-  const double x = a[static_cast<std::size_t>(j) * n + j];
+  const double x = column[j * stride];
   const double mu = std::sqrt(sigma + x * x);
   const double v0 = x <= 0.0 ? x - mu : -sigma / (x + mu);
   const double beta = 2.0 * v0 * v0 / (sigma + v0 * v0);
   index_t count = 0;
   for (index_t i = j + 1; i < m; ++i) {
-    const double v = a[static_cast<std::size_t>(i) * n + j] / v0;
+    const double v = column[i * stride] / v0;
     if (v == 0.0) continue;
     work.vector[i] = v;
     work.rows[count++] = i;
@@ -93,11 +94,16 @@ inline Reflection ReflectionOf(const double* a, index_t m, index_t n, index_t j,
   return {true, beta, count};
 }
 
-/// Applies the reflection to columns first .. n - 1; j is its own row.
-inline void Reflect(double* a, index_t n, index_t j, index_t first, Reflection h, ReflectionWork work) noexcept {
-  const index_t count = n - first;
+/// Finds the reflection of column j.
+inline Reflection ReflectionOf(const double* a, index_t m, index_t n, index_t j, ReflectionWork work) noexcept {
+  return ReflectionOfColumn(a + j, n, m, j, work);
+}
+
+/// Applies the reflection with pivot row j to `count` columns side by side, whose rows are `stride` doubles apart.
+inline void ReflectLanes(double* lanes, std::size_t stride, index_t count, index_t j, Reflection h,
+                         ReflectionWork work) noexcept {
   double* const s = work.sums;
-  const auto row = [=](index_t i) noexcept { return a + static_cast<std::size_t>(i) * n + first; };
+  const auto row = [=](index_t i) noexcept { return lanes + i * stride; };
   CopyDoubles(s, row(j), count);
   for (index_t k = 0; k < h.count; ++k) AddScaled(s, count, row(work.rows[k]), work.vector[work.rows[k]]);
   bool all = true;
@@ -125,6 +131,16 @@ inline void Reflect(double* a, index_t n, index_t j, index_t first, Reflection h
   }
 }
 
+/// Applies the reflection to columns first .. n - 1; j is its own row.
+inline void Reflect(double* a, index_t n, index_t j, index_t first, Reflection h, ReflectionWork work) noexcept {
+  ReflectLanes(a + first, n, n - first, j, h, work);
+}
+
+/// A diagonal element that is small next to the squared length which its column had before the reflections becomes 0.0.
+inline void ClearDependent(double& d, double length) noexcept {
+  if (d * d < length * 1e-22) d = 0.0;
+}
+
 /// Reduces the array to R in its first n rows, zeros below the diagonal included. keep(j, h) is called for each
 /// reflection h while its vector is in the scratch.
 template <class Keep>
@@ -140,8 +156,7 @@ void Triangularise(double* a, index_t m, index_t n, ReflectionWork work, Keep ke
       keep(j, h);
       Reflect(a, n, j, j, h, work);
     }
-    double& d = row(j)[j];
-    if (d * d < work.lengths[j] * 1e-22) d = 0.0;
+    ClearDependent(row(j)[j], work.lengths[j]);
   }
   for (index_t i = 1; i < n; ++i) FillDoubles(row(i), 0.0, i);
 }

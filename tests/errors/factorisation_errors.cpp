@@ -220,6 +220,10 @@ TEST(FactorisationCodes, RankOne) {
 TEST(FactorisationCodes, Householder) {
   TruthTable({50000}, [](Operand& o) { Release(HouseholderTransformation(o.Make<R>(3u, 2u), true)); });
   TruthTable({50000}, [](Operand& o) { Release(HouseholderTransformation(o.Make<R>(3u, 2u), false)); });
+  using Sparse = RegularSparseMatrix;
+  TruthTable({50000}, [](Operand& o) { Release(HouseholderTransformation(o.Make<Sparse>(3u, 2u), true)); });
+  TruthTable({50000}, [](Operand& o) { Release(HouseholderTransformation(o.Make<Sparse>(3u, 2u), false)); });
+  Refuses(40000, [](Operand& o) { HouseholderTransformation(o.Make<Sparse>(2u, 3u)); });
   Refuses(40000, [](Operand& o) { HouseholderTransformation(o.Make<R>(2u, 3u)); });
   Refuses(40000, [](Operand& o) { HouseholderTransformation(o.Make<R>(2u, 3u), true); });
 }

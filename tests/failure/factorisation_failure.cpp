@@ -85,37 +85,48 @@ TEST(FactorisationMemory, InverseByCholesky) {
   }
 }
 
+namespace {
+
 // The sparse store and the scratch of the sparse factors run out of memory as std::bad_alloc.
-TEST(FactorisationMemory, SparseCholesky) {
+template <class K, class Call>
+void SparseOutOfMemory(Call call) {
   const Grid a = Definite(12);
   for (const bool dispensable : {false, true}) {
-    for (const int which : {0, 1, 2}) {
-      for (unsigned k = 1;; ++k) {
-        ASSERT_LT(k, 100u);
-        Operand operand(dispensable, -1);
-        SymmetricSparseMatrix& A = operand.Make<SymmetricSparseMatrix>(12u);
-        for (unsigned i = 0; i < 12; ++i) {
-          for (unsigned j = i; j < 12; ++j) A.Put(i, j, a(i, j));
-        }
-        bool out_of_memory = false, failed;
-        {
-          FailAllocations fail(k, Fail::kFromThenOn);
-          try {
-            if (which == 0) Release(CholeskyFactor(A, 1e-12));
-            if (which == 1) Release(CholeskySquareRootLower(A));
-            if (which == 2) Release(CholeskySquareRootUpper(A));
-          } catch (const std::bad_alloc&) {
-            out_of_memory = true;
-          }
-          failed = fail.failed();
-        }
-        EXPECT_EQ(out_of_memory, failed);
-        EXPECT_EQ(ErrorState(), 0);
-        if (!failed) break;
-        if (!dispensable) ExpectSameValues(GridOf(std::as_const(A)), a, "operand");
+    for (unsigned k = 1;; ++k) {
+      ASSERT_LT(k, 300u);
+      Operand operand(dispensable, -1);
+      K& A = operand.Make<K>(12u, 12u);
+      for (unsigned i = 0; i < 12; ++i) {
+        for (unsigned j = 0; j < 12; ++j) A.Put(i, j, a(i, j));
       }
+      bool out_of_memory = false, failed;
+      {
+        FailAllocations fail(k, Fail::kFromThenOn);
+        try {
+          call(A);
+        } catch (const std::bad_alloc&) {
+          out_of_memory = true;
+        }
+        failed = fail.failed();
+      }
+      EXPECT_EQ(out_of_memory, failed) << k;
+      EXPECT_EQ(ErrorState(), 0);
+      if (!failed) break;
+      if (!dispensable) ExpectSameValues(GridOf(std::as_const(A)), a, "operand");
     }
   }
+}
+
+}  // namespace
+
+TEST(FactorisationMemory, Sparse) {
+  using S = SymmetricSparseMatrix;
+  using R = RegularSparseMatrix;
+  SparseOutOfMemory<S>([](S& a) { Release(CholeskyFactor(a, 1e-12)); });
+  SparseOutOfMemory<S>([](S& a) { Release(CholeskySquareRootLower(a)); });
+  SparseOutOfMemory<S>([](S& a) { Release(CholeskySquareRootUpper(a)); });
+  SparseOutOfMemory<R>([](R& a) { Release(HouseholderTransformation(a, false)); });
+  SparseOutOfMemory<R>([](R& a) { Release(HouseholderTransformation(a, true)); });
 }
 
 TEST(FactorisationMemory, UDFactors) {
