@@ -10,13 +10,16 @@ set(quorvel_kernel_flags_sse2 -msse2)
 set(quorvel_kernel_flags_avx2 -mavx2 -mno-fma)
 set(quorvel_kernel_flags_avx512 -mavx512f -mavx512dq -mavx512vl -mno-fma)
 
+set(QUORVEL_KERNEL_SETS) # those that are built beside the portable one
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(QUORVEL_KERNEL_SETS sse2 avx2 avx512)
+endif()
+
 foreach(set IN ITEMS sse2 avx2 avx512)
   set(source "${PROJECT_SOURCE_DIR}/src/ops/kernels/${set}.cpp")
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
-    if(EXISTS "${source}")
-      set_source_files_properties("${source}" PROPERTIES
-        COMPILE_OPTIONS "${quorvel_kernel_flags_${set}};${quorvel_kernel_optimise}")
-    endif()
+  if(set IN_LIST QUORVEL_KERNEL_SETS)
+    set_source_files_properties("${source}" PROPERTIES
+      COMPILE_OPTIONS "${quorvel_kernel_flags_${set}};${quorvel_kernel_optimise}")
   else()
     list(REMOVE_ITEM quorvel_sources "${source}")
   endif()

@@ -60,7 +60,6 @@ int main(int argc, char** argv) {
   ::testing::TestEventListener* printer = listeners.Release(listeners.default_result_printer());
   listeners.Append(printer);
   listeners.Append(new EachTest);
-  { SCOPED_TRACE(""); }  // GoogleTest keeps the room that its first trace takes
   const int result = RUN_ALL_TESTS();
   quorvel::test::digest::Report(room.c_str());
   return result;
