@@ -1,5 +1,5 @@
 # The catalogue of codes, read out of src/core/codes.h: every constant there stands on one line with its meaning in the
-# comment behind it (its name, where that says all). From it come the tables of the debugger's printers and docs/CODES.md.
+# comment behind it. From it come the tables of the debugger's printers and docs/CODES.md.
 #
 # quorvel_read_codes(): sets QUORVEL_CODES_<space> to a list of "number|name|meaning", space = offset, code, fixed.
 
@@ -17,9 +17,8 @@ function(quorvel_read_codes)
       set(space "${CMAKE_MATCH_1}")
     elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ([0-9]+), *// (.+)$")
       list(APPEND found_${space} "${CMAKE_MATCH_2}|${CMAKE_MATCH_1}|${CMAKE_MATCH_3}")
-    elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ([0-9]+),")
-      string(REPLACE "_" " " meaning "${CMAKE_MATCH_1}")
-      list(APPEND found_${space} "${CMAKE_MATCH_2}|${CMAKE_MATCH_1}|${meaning}")
+    elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) =")
+      message(FATAL_ERROR "src/core/codes.h: ${CMAKE_MATCH_1} needs its meaning behind it, on the same line")
     endif()
   endforeach()
   foreach(part offset code fixed)
@@ -49,4 +48,21 @@ function(quorvel_python_table entries result)
   set(${result} "${table}" PARENT_SCOPE)
 endfunction()
 
+# One table row "| number | meaning |" per entry, in increasing order.
+function(quorvel_markdown_rows entries result)
+  list(SORT entries COMPARE NATURAL)
+  set(rows "")
+  foreach(entry IN LISTS entries)
+    string(REGEX REPLACE "^([0-9]+)\\|[a-z_0-9]+\\|(.+)$" "| \\1 | \\2 |\n" row "${entry}")
+    string(APPEND rows "${row}")
+  endforeach()
+  set(${result} "${rows}" PARENT_SCOPE)
+endfunction()
+
 quorvel_read_codes()
+
+# The catalogue as a page; docs/CODES.md is a copy of it, held by a test.
+quorvel_markdown_rows("${QUORVEL_CODES_offset}" QUORVEL_OFFSET_ROWS)
+quorvel_markdown_rows("${QUORVEL_CODES_code}" QUORVEL_OPERATION_ROWS)
+quorvel_markdown_rows("${QUORVEL_CODES_fixed}" QUORVEL_FIXED_ROWS)
+configure_file("${PROJECT_SOURCE_DIR}/docs/CODES.md.in" "${PROJECT_BINARY_DIR}/CODES.md" @ONLY)

@@ -46,7 +46,7 @@ inline constexpr int sym_sparse = 422;  // sym of a sparse matrix
 inline constexpr int scalar = 430;  // scalar
 inline constexpr int diag = 460;  // diag
 inline constexpr int trace = 460;  // trace
-inline constexpr int transpose_triangular = 1020;  // upper operand; a lower one is refused as in an assignment
+inline constexpr int transpose_triangular = 1020;  // transpose of an upper triangular matrix (a lower one is refused as in an assignment)
 inline constexpr int transpose_regular = 1040;  // transpose of a RegularMatrix
 inline constexpr int transpose_sparse = 1050;  // transpose of a RegularSparseMatrix
 
@@ -62,8 +62,8 @@ inline constexpr int rank_one = 400;  // rank-one update with a plain array
 inline constexpr int cholesky = 510;  // CholeskyFactor, InverseByCholesky
 
 // Navigation.
-inline constexpr int l1_regression = 6110;
-inline constexpr int poly_fit = 6120;
+inline constexpr int l1_regression = 6110;  // L1Regression on matrices
+inline constexpr int poly_fit = 6120;  // PolyFit
 
 // Sparse kinds.
 inline constexpr int sparse_fill = 881;         // assignment of a scalar
@@ -72,7 +72,7 @@ inline constexpr int sparse_from_dense = 2260;  // CopyMat and the conversions m
 
 // Products and structured products.
 inline constexpr int sparse_product = 294;     // products with a sparse result
-inline constexpr int product = 320;            // every other product, and scaling
+inline constexpr int product = 320;            // products with a dense result, and scaling
 
 }  // namespace quorvel::detail::code
 
@@ -92,20 +92,20 @@ inline constexpr int rotation_axis = 30120;             // the axis of a rotatio
 inline constexpr int rotation_derivative_axis = 30121;  // the same for its derivative
 
 // Sparse kinds.
-inline constexpr int sparse_clear_row = 32020;
-inline constexpr int sparse_clear_col = 32030;
-inline constexpr int sparse_link_row = 62040;      // SparseMatrixRowInsert
-inline constexpr int sparse_link_col = 62050;      // SparseMatrixColInsert
-inline constexpr int sparse_insert = 62060;        // SparseMatrixInsert by indices, Put
-inline constexpr int sparse_index = 62090;         // element access
-inline constexpr int sparse_row = 62170;           // GetFirstInRow, IsRowEmpty
-inline constexpr int sparse_col = 62180;           // GetFirstInCol, IsColEmpty
-inline constexpr int sparse_append = 62190;        // SparseMatrixInsert behind a predecessor
-inline constexpr int sparse_row_elements = 62200;  // GetRowElements
-inline constexpr int sparse_col_elements = 62210;  // GetColElements
-inline constexpr int sparse_entire_col = 62220;    // RegularSparseMatrix::GetEntireCol
-inline constexpr int sparse_entire_row = 62230;    // RegularSparseMatrix::GetEntireRow
-inline constexpr int symmetric_sparse_line = 62240;
+inline constexpr int sparse_clear_row = 32020;       // sparse ClearRow: row or range outside
+inline constexpr int sparse_clear_col = 32030;       // sparse ClearCol: column or range outside
+inline constexpr int sparse_link_row = 62040;      // SparseMatrixRowInsert: cell outside the matrix
+inline constexpr int sparse_link_col = 62050;      // SparseMatrixColInsert: cell outside the matrix
+inline constexpr int sparse_insert = 62060;        // sparse insertion (SparseMatrixInsert, Put): cell outside the matrix
+inline constexpr int sparse_index = 62090;         // sparse matrix: index outside the matrix
+inline constexpr int sparse_row = 62170;           // GetFirstInRow, IsRowEmpty, and products: row outside the matrix
+inline constexpr int sparse_col = 62180;           // GetFirstInCol, IsColEmpty, and products: column outside the matrix
+inline constexpr int sparse_append = 62190;        // SparseMatrixInsert behind a predecessor: cell outside the matrix
+inline constexpr int sparse_row_elements = 62200;  // sparse GetRowElements, GetLimitedRow: row or range outside
+inline constexpr int sparse_col_elements = 62210;  // sparse GetColElements, GetLimitedCol: column or range outside
+inline constexpr int sparse_entire_col = 62220;    // RegularSparseMatrix::GetEntireCol: column outside the matrix
+inline constexpr int sparse_entire_row = 62230;    // RegularSparseMatrix::GetEntireRow: row outside the matrix
+inline constexpr int symmetric_sparse_line = 62240;  // SymmetricSparseMatrix line extraction: line or range outside
 inline constexpr int sparse_division = 82160;      // division of an element reference by zero
 
 }  // namespace quorvel::detail::fixed
