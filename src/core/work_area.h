@@ -3,8 +3,12 @@
 #define QUORVEL_CORE_WORK_AREA_H
 
 #include <cstddef>
+#include <new>
 
+#include "core/codes.h"
+#include "core/packed.h"
 #include "core/storage.h"
+#include "quorvel/Matrix.h"
 
 namespace quorvel::detail {
 
@@ -22,6 +26,24 @@ class WorkArea {
  private:
   std::unique_ptr<double[]> heap_;
   alignas(64) double stack_[OnStack];
+};
+
+/// The same for indices.
+template <std::size_t OnStack>
+class IndexArea {
+ public:
+  explicit IndexArea(std::size_t count) {
+    if (count <= OnStack) return;
+    heap_.reset(new (std::nothrow) index_t[count]);
+    TestNULL(heap_.get(), code::allocate);
+  }
+  IndexArea(const IndexArea&) = delete;
+  IndexArea& operator=(const IndexArea&) = delete;
+  index_t* data() noexcept { return heap_ ? heap_.get() : stack_; }
+
+ private:
+  std::unique_ptr<index_t[]> heap_;
+  index_t stack_[OnStack];
 };
 
 /// Orders up to this one work without heap scratch.

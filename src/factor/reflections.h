@@ -20,14 +20,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <new>
 
-#include "core/codes.h"
 #include "core/storage.h"
 #include "core/work_area.h"
 #include "factor/axpy.h"
-#include "quorvel/Matrix.h"
 
 namespace quorvel::detail {
 
@@ -42,24 +38,16 @@ struct ReflectionWork {
 /// Scratch of the reflections of an m x n array; it serves small ones from the stack.
 class ReflectionScratch {
  public:
-  ReflectionScratch(index_t m, index_t n)
-      : doubles_(2 * std::uint64_t{n} + m), rows_(m > small_order ? NewIndices(m) : nullptr), n_(n) {}
+  ReflectionScratch(index_t m, index_t n) : doubles_(2 * std::uint64_t{n} + m), rows_(m), n_(n) {}
 
   ReflectionWork work() noexcept {
     double* const d = doubles_.data();
-    return {d, d + n_, d + 2 * std::size_t{n_}, rows_ ? rows_.get() : small_rows_};
+    return {d, d + n_, d + 2 * std::size_t{n_}, rows_.data()};
   }
 
  private:
-  static index_t* NewIndices(index_t count) {
-    index_t* const p = new (std::nothrow) index_t[count];
-    TestNULL(p, code::allocate);
-    return p;
-  }
-
   WorkArea<3 * small_order> doubles_;
-  std::unique_ptr<index_t[]> rows_;
-  index_t small_rows_[small_order];
+  IndexArea<small_order> rows_;
   index_t n_;
 };
 

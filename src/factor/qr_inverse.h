@@ -1,0 +1,25 @@
+// The inverse by Householder reflections, A⁻¹ = R⁻¹·Qᵀ, on a row-major array.
+#ifndef QUORVEL_FACTOR_QR_INVERSE_H
+#define QUORVEL_FACTOR_QR_INVERSE_H
+
+#include "factor/reflections.h"
+
+namespace quorvel::detail {
+
+/// Doubles of scratch of an inverse of order n, the reflections' own apart: V and R, packed.
+constexpr std::uint64_t qr_inverse_scratch(std::uint64_t n) noexcept { return 2 * packed_count(n); }
+
+/// Scratch of an inverse; small orders find it on the stack.
+class QrInverseScratch {
+ public:
+  explicit QrInverseScratch(index_t n) : triangles(qr_inverse_scratch(n)), reflections(n, n) {}
+  WorkArea<qr_inverse_scratch(small_order)> triangles;
+  ReflectionScratch reflections;
+};
+
+/// Replaces `a` (n x n) by its inverse and returns the number of singular pivots of R.
+Matrix::nsing_type InvertByReflections(double* a, index_t n, QrInverseScratch& scratch) noexcept;
+
+}  // namespace quorvel::detail
+
+#endif

@@ -1,0 +1,104 @@
+// Left division A > b of the dense kinds.
+#include "core/ownership.h"
+#include "dense/rules.h"
+#include "factor/axpy.h"
+#include "factor/elimination.h"
+#include "factor/solve.h"
+#include "factor/tri_inverse.h"
+#include "quorvel/inverses.h"
+
+using namespace quorvel::detail;
+
+namespace {
+
+/// Rows of right-hand sides times a reciprocal; a row without a usable pivot is left as it is.
+void SolveInPlace(const DiagonalMatrix& A, RegularMatrix& b) {
+  const Rule<RegularMatrix> rows(b);
+  Matrix::nsing_type singular = 0;
+  for (index_t i = 0; i < A.ndim(); ++i) {
+    if (!PivotPasses(A.data()[i])) {
+      ++singular;
+      continue;
+    }
+    const double reciprocal = 1.0 / A.data()[i];
+    for (index_t c = 0; c < rows.cols(); ++c) rows.store(i, c) *= reciprocal;
+  }
+  A.set_nsing(singular);
+}
+
+/// Substitution: X(i) = (b(i) - S)/t(i, i), S = Σ t(i, k)·X(k) over the rows that are solved already, in that order.
+template <class K>
+void SolveInPlace(const K& A, RegularMatrix& b) {
+  constexpr bool upper = std::is_same_v<K, UpperTriangularMatrix>;
+  const Rule<K> t(A);
+  const index_t n = A.ndim();
+  const index_t q = b.ncols();
+  WorkArea<small_order> sums(q);
+  double* const s = sums.data();
+  const auto row = [&](index_t i) noexcept { return b.data() + std::size_t{i} * q; };
+  Matrix::nsing_type singular = 0;
+  for (index_t step = 0; step < n; ++step) {
+    const index_t i = upper ? n - 1 - step : step;
+    const double d = t.store(i, i);
+    if (!PivotPasses(d)) {
+      ++singular;
+      if (q != 0) FillDoubles(row(i), 0.0, q);
+      continue;
+    }
+    if (q == 0) continue;
+    FillDoubles(s, 0.0, q);
+    if constexpr (upper) {
+      for (index_t k = n; k-- > i + 1;) AddScaled(s, q, row(k), t.store(i, k));
+    } else {
+      for (index_t k = 0; k < i; ++k) AddScaled(s, q, row(k), t.store(i, k));
+    }
+    for (index_t c = 0; c < q; ++c) row(i)[c] = (row(i)[c] - s[c]) / d;
+  }
+  A.set_nsing(singular);
+}
+
+template <class K>
+void SolveByElimination(const K& A, RegularMatrix& b) {
+  const Rule<K> a(A);
+  const index_t n = a.rows();
+  const index_t q = b.ncols();
+  const std::uint64_t count = std::uint64_t{n} * q;
+  Elimination system(n, q);
+  for (index_t i = 0; i < n; ++i) {
+    for (index_t j = 0; j < n; ++j) system.matrix()[std::size_t{i} * n + j] = a.at(i, j);
+  }
+  // All is read before anything is written: b may be A.
+  CopyDoubles(system.sides(), b.data(), count);
+  A.set_nsing(static_cast<Matrix::nsing_type>(system.factor()));
+  system.solve();
+  CopyDoubles(b.data(), system.sides(), count);
+}
+
+void SolveInPlace(const SymmetricMatrix& A, RegularMatrix& b) { SolveByElimination(A, b); }
+void SolveInPlace(const RegularMatrix& A, RegularMatrix& b) { SolveByElimination(A, b); }
+
+template <class K>
+RegularMatrix& Solve(const K& A, RegularMatrix& b) {
+  return SolveInto(A, b, [&](RegularMatrix& target) { SolveInPlace(A, target); });
+}
+
+}  // namespace
+
+RegularMatrix& operator>(DiagonalMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const DiagonalMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const DiagonalMatrix& A, const RegularMatrix& b) { return Solve(A, Mutable(b)); }
+
+RegularMatrix& operator>(LowerTriangularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const LowerTriangularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const LowerTriangularMatrix& A, const RegularMatrix& b) { return Solve(A, Mutable(b)); }
+
+RegularMatrix& operator>(UpperTriangularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const UpperTriangularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const UpperTriangularMatrix& A, const RegularMatrix& b) { return Solve(A, Mutable(b)); }
+
+RegularMatrix& operator>(const SymmetricMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const SymmetricMatrix& A, const RegularMatrix& b) { return Solve(A, Mutable(b)); }
+
+RegularMatrix& operator>(RegularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const RegularMatrix& A, RegularMatrix& b) { return Solve(A, b); }
+RegularMatrix& operator>(const RegularMatrix& A, const RegularMatrix& b) { return Solve(A, Mutable(b)); }
