@@ -1,0 +1,265 @@
+// The program as a user meets it: messages, exit status, files.
+#include "program.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "gnss/range_builder.h"
+#include "gnss/rinex_text.h"
+
+namespace gnss {
+namespace {
+
+using namespace gnss::test;
+namespace fs = std::filesystem;
+
+struct Outcome3 {
+  int status;
+  std::string out, err;
+};
+
+Outcome3 RunOn(const std::vector<std::string>& arguments) {
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = RunProgram(arguments, out, err);
+  return {status, out.str(), err.str()};
+}
+
+std::string Contents(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Files of a standing receiver, written with the layout of the format and read back by the program.
+class Program : public ::testing::Test {
+ protected:
+  Program() : directory_(fs::temp_directory_path() / ("gnss_program_" + std::to_string(::getpid()))) {
+    fs::create_directories(directory_);
+    sky_ = Simulate(kDefaultSeed, 0).navigation;
+    place_ = FromGeodetic({47.0 * kDegree, 15.0 * kDegree, 400.0});
+  }
+  ~Program() override { fs::remove_all(directory_); }
+
+  std::string File(const std::string& name, const std::string& text) const {
+    const fs::path path = directory_ / name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path.string();
+  }
+
+  std::string Navigation() const {
+    std::string text = FirstLine("2.11", "NAVIGATION DATA", " ") + Ionosphere("ION ALPHA", sky_.ionosphere.alpha) +
+                       Ionosphere("ION BETA", sky_.ionosphere.beta) + End();
+    for (int prn = 1; prn <= kMaxPrn; ++prn) {
+      for (int hour : {-2, 0, 2}) {
+        Usability why;
+        const Ephemeris* e = sky_.Find(prn, GpsTime{2328, 0.0} + 3600.0 * hour, why);
+        if (e) text += Record(*e);
+      }
+    }
+    return text;
+  }
+
+  std::string Observations(int epochs) const {
+    char position[80];
+    std::snprintf(position, sizeof position, "%14.4f%14.4f%14.4f", place_[0], place_[1], place_[2]);
+    std::string text = FirstLine("2.11", "OBSERVATION DATA") + HeaderLine("TESTSITE", "MARKER NAME") +
+                       HeaderLine(position, "APPROX POSITION XYZ") +
+                       HeaderLine("     1    C1", "# / TYPES OF OBSERV") + End();
+    for (int k = 0; k < epochs; ++k) {
+      ObservationEpoch epoch = ExactEpoch(sky_, GpsTime{2328, 30.0 * k}, place_, 2e-5);
+      AddAtmosphere(sky_, place_, epoch);
+      const CalendarTime c = ToCalendar(epoch.time);
+      char line[80];
+      std::snprintf(line, sizeof line, " %02d %2d %2d %2d %2d%11.7f  0%3zu", c.year % 100, c.month, c.day, c.hour,
+                    c.minute, c.second, epoch.ranges.size());
+      text += line;
+      std::string values;
+      for (const Pseudorange& range : epoch.ranges) {
+        std::snprintf(line, sizeof line, "G%2d", range.prn);
+        text += line;
+        values += Value(range.metres) + "\n";
+      }
+      text += "\n" + values;
+    }
+    return text;
+  }
+
+  std::string Out() const { return (directory_ / "out").string(); }
+
+  fs::path directory_;
+  NavigationData sky_;
+  Vector3 place_;
+
+ private:
+  static std::string Number(double x) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%19.12E", x);
+    return text;
+  }
+  static std::string Ionosphere(const char* label, const std::array<double, 4>& values) {
+    std::string text = "  ";
+    for (const double x : values) {
+      char number[40];
+      std::snprintf(number, sizeof number, "%12.4E", x);
+      text += number;
+    }
+    return HeaderLine(text, label);
+  }
+  static std::string Record(const Ephemeris& e) {
+    const CalendarTime c = ToCalendar(e.toc);
+    char first[40];
+    std::snprintf(first, sizeof first, "%2d %02d %2d %2d %2d %2d%5.1f", e.prn, c.year % 100, c.month, c.day, c.hour,
+                  c.minute, c.second);
+    std::string text = first + Number(e.af0) + Number(e.af1) + Number(e.af2);
+    const double values[] = {1, e.crs, e.delta_n, e.m0, e.cuc, e.e, e.cus, e.sqrt_a, e.toe.seconds, e.cic, e.omega0,
+                             e.cis, e.i0, e.crc, e.omega, e.omega_dot, e.i_dot, 0, 2328 % 1024, 0, 2,
+                             static_cast<double>(e.health), e.tgd, 1, 0, 4};
+    int k = 0;
+    for (const double value : values) text += (k++ % 4 == 0 ? "\n   " : "") + Number(value);
+    return text + "\n";
+  }
+};
+
+TEST_F(Program, FindsThePositionOfWrittenFiles) {
+  const std::string obs = File("site.24o", Observations(40));
+  const std::string nav = File("site.24n", Navigation());
+  const Outcome3 r = RunOn({obs, nav, "--out", Out()});
+  EXPECT_EQ(r.status, kPositionFound) << r.err;
+  EXPECT_EQ(r.err, "");
+  EXPECT_NE(r.out.find("TESTSITE"), std::string::npos);
+  EXPECT_NE(r.out.find("40 read, 40 solved, 0 rejected"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("Reading"), std::string::npos);
+  EXPECT_EQ(RunOn({obs, nav, "--out", Out(), "--quiet"}).out.find("Reading"), std::string::npos);
+
+  // Heading and one line per epoch, all with the same number of fields; the errors are below a centimetre.
+  std::istringstream csv(Contents(directory_ / "out" / "results.csv"));
+  std::string line;
+  std::getline(csv, line);
+  const auto fields = std::count(line.begin(), line.end(), ',');
+  int lines = 0;
+  while (std::getline(csv, line)) {
+    EXPECT_EQ(std::count(line.begin(), line.end(), ','), fields) << line;
+    EXPECT_NE(line.find(",solved,"), std::string::npos) << line;
+    ++lines;
+  }
+  EXPECT_EQ(lines, 40);
+  EXPECT_NE(Contents(directory_ / "out" / "results.m").find("results = [\n0,"), std::string::npos);
+  for (const char* name : {"scatter.svg", "errors.svg"}) {
+    const std::string svg = Contents(directory_ / "out" / name);
+    EXPECT_EQ(svg.rfind("<svg xmlns=\"http://www.w3.org/2000/svg\"", 0), 0u);
+    EXPECT_EQ(svg.substr(svg.size() - 7), "</svg>\n");
+    EXPECT_EQ(svg.find("nan"), std::string::npos);
+    EXPECT_EQ(svg.find("inf"), std::string::npos);
+  }
+}
+
+TEST_F(Program, SaysWhichFileIsMissingOrForeignAndWhere) {
+  const std::string obs = File("site.24o", Observations(3));
+  const std::string nav = File("site.24n", Navigation());
+  const std::string text = File("letter.txt", "Dear sir,\n");
+  struct Case {
+    std::string observations, navigation, message;
+  };
+  const Case cases[] = {
+      {directory_ / "none.24o", nav, (directory_ / "none.24o").string() + ": No such file"},
+      {obs, directory_ / "none.24n", (directory_ / "none.24n").string() + ": No such file"},
+      {nav, obs, obs + ":1: the file holds observations"},
+      {obs, text, text + ":1: not a RINEX file"},
+      {text, nav, text + ":1: not a RINEX file"},
+      {directory_, nav, directory_.string() + ":0: the file is empty"},
+  };
+  for (const Case& c : cases) {
+    const Outcome3 r = RunOn({c.observations, c.navigation, "--out", Out()});
+    EXPECT_EQ(r.status, kFailed) << c.message;
+    EXPECT_EQ(r.err.rfind(c.message, 0), 0u) << r.err << "expected " << c.message;
+    EXPECT_FALSE(fs::exists(Out()));
+  }
+}
+
+TEST_F(Program, UsesATruncatedFileAsFarAsItGoes) {
+  const std::string whole = Observations(5);
+  const std::string obs = File("cut.24o", whole.substr(0, whole.size() - 40));
+  const std::string nav = File("site.24n", Navigation());
+  const Outcome3 r = RunOn({obs, nav, "--out", Out()});
+  EXPECT_EQ(r.status, kPositionFound);
+  EXPECT_NE(r.err.find("the file ends inside this epoch"), std::string::npos) << r.err;
+  EXPECT_NE(r.out.find("4 read, 4 solved"), std::string::npos) << r.out;
+}
+
+TEST_F(Program, EndsWithoutSuccessWhenNoPositionComesOut) {
+  const std::string nav = File("site.24n", Navigation());
+  const std::string no_epochs = File("header.24o", Observations(0));
+  const Outcome3 empty = RunOn({no_epochs, nav, "--out", Out()});
+  EXPECT_EQ(empty.status, kNoPosition);
+  EXPECT_NE(empty.err.find("no position"), std::string::npos);
+
+  // Observations of another day: no message is valid.
+  std::string other_day = Observations(3);
+  for (std::size_t at = 0; (at = other_day.find(" 24  8 18", at)) != std::string::npos;) other_day[at + 8] = '1';
+  const Outcome3 r = RunOn({File("other.24o", other_day), nav, "--out", Out()});
+  EXPECT_EQ(r.status, kNoPosition) << r.out;
+  EXPECT_NE(r.out.find("without a valid broadcast message"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("3 with too few satellites"), std::string::npos) << r.out;
+  EXPECT_FALSE(fs::exists(Out()));
+}
+
+TEST_F(Program, ComparesWithTheTruthItIsGiven) {
+  const std::string obs = File("site.24o", Observations(3));
+  const std::string nav = File("site.24n", Navigation());
+  char x[40], y[40], z[40];
+  std::snprintf(x, sizeof x, "%.3f", place_[0] + 3.0);
+  std::snprintf(y, sizeof y, "%.3f", place_[1] + 4.0);
+  std::snprintf(z, sizeof z, "%.3f", place_[2]);
+  const Outcome3 r = RunOn({obs, nav, "--truth", x, y, z, "--out", Out(), "--motion", "walking"});
+  EXPECT_EQ(r.status, kPositionFound);
+  EXPECT_NE(r.out.find("position given by --truth"), std::string::npos);
+  EXPECT_NE(r.out.find("    5.00"), std::string::npos) << r.out;  // the 3D error
+  EXPECT_NE(r.out.find("receiver taken as walking"), std::string::npos);
+}
+
+TEST_F(Program, SaysWhenItCannotWrite) {
+  const std::string obs = File("site.24o", Observations(3));
+  const std::string nav = File("site.24n", Navigation());
+  const std::string occupied = File("occupied", "");
+  const Outcome3 r = RunOn({obs, nav, "--out", occupied + "/here"});
+  EXPECT_EQ(r.status, kFailed);
+  EXPECT_NE(r.err.find("cannot be created"), std::string::npos) << r.err;
+}
+
+TEST_F(Program, ExplainsItsArguments) {
+  EXPECT_EQ(RunOn({"--help"}).status, kPositionFound);
+  EXPECT_NE(RunOn({"--help"}).out.find("usage: gnss_position"), std::string::npos);
+  const std::vector<std::vector<std::string>> wrong = {
+      {"one.24o"},       {"a", "b", "c"},          {"--colour"},        {"--out"},
+      {"--mask", "ten"}, {"--mask", "95"},         {"--motion", "fly"}, {"--truth", "1", "2"},
+      {"--truth", "1", "2", "3"},
+  };
+  for (const auto& arguments : wrong) {
+    const Outcome3 r = RunOn(arguments);
+    EXPECT_EQ(r.status, kBadArguments) << arguments[0];
+    EXPECT_NE(r.err.find("usage: gnss_position"), std::string::npos) << arguments[0];
+    EXPECT_EQ(r.out, "");
+  }
+}
+
+TEST_F(Program, RunsWithoutFiles) {
+  if (sizeof(void*) == 4) GTEST_SKIP() << "3000 epochs take too long under an emulator";
+  const Outcome3 r = RunOn({"--out", Out()});
+  EXPECT_EQ(r.status, kPositionFound);
+  EXPECT_NE(r.out.find("No files given"), std::string::npos);
+  EXPECT_NE(r.out.find("3000 of 3000 epochs"), std::string::npos);
+  EXPECT_NE(r.out.find("simulated truth"), std::string::npos);
+  EXPECT_TRUE(fs::exists(directory_ / "out" / "errors.svg"));
+}
+
+}  // namespace
+}  // namespace gnss
