@@ -1,7 +1,6 @@
 // The program as a user meets it: messages, exit status, files.
 #include "program.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -11,8 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "gnss/range_builder.h"
-#include "gnss/rinex_text.h"
+#include "gnss/written_files.h"
 
 namespace gnss {
 namespace {
@@ -20,12 +18,12 @@ namespace {
 using namespace gnss::test;
 namespace fs = std::filesystem;
 
-struct Outcome3 {
+struct Ending {
   int status;
   std::string out, err;
 };
 
-Outcome3 RunOn(const std::vector<std::string>& arguments) {
+Ending RunOn(const std::vector<std::string>& arguments) {
   std::ostringstream out;
   std::ostringstream err;
   const int status = RunProgram(arguments, out, err);
@@ -39,13 +37,11 @@ std::string Contents(const fs::path& path) {
   return text.str();
 }
 
-// Files of a standing receiver, written with the layout of the format and read back by the program.
+// A directory for files that the program reads and writes.
 class Program : public ::testing::Test {
  protected:
   Program() : directory_(fs::temp_directory_path() / ("gnss_program_" + std::to_string(::getpid()))) {
     fs::create_directories(directory_);
-    sky_ = Simulate(kDefaultSeed, 0).navigation;
-    place_ = FromGeodetic({47.0 * kDegree, 15.0 * kDegree, 400.0});
   }
   ~Program() override { fs::remove_all(directory_); }
 
@@ -55,84 +51,19 @@ class Program : public ::testing::Test {
     return path.string();
   }
 
-  std::string Navigation() const {
-    std::string text = FirstLine("2.11", "NAVIGATION DATA", " ") + Ionosphere("ION ALPHA", sky_.ionosphere.alpha) +
-                       Ionosphere("ION BETA", sky_.ionosphere.beta) + End();
-    for (int prn = 1; prn <= kMaxPrn; ++prn) {
-      for (int hour : {-2, 0, 2}) {
-        Usability why;
-        const Ephemeris* e = sky_.Find(prn, GpsTime{2328, 0.0} + 3600.0 * hour, why);
-        if (e) text += Record(*e);
-      }
-    }
-    return text;
-  }
-
-  std::string Observations(int epochs) const {
-    char position[80];
-    std::snprintf(position, sizeof position, "%14.4f%14.4f%14.4f", place_[0], place_[1], place_[2]);
-    std::string text = FirstLine("2.11", "OBSERVATION DATA") + HeaderLine("TESTSITE", "MARKER NAME") +
-                       HeaderLine(position, "APPROX POSITION XYZ") +
-                       HeaderLine("     1    C1", "# / TYPES OF OBSERV") + End();
-    for (int k = 0; k < epochs; ++k) {
-      ObservationEpoch epoch = ExactEpoch(sky_, GpsTime{2328, 30.0 * k}, place_, 2e-5);
-      AddAtmosphere(sky_, place_, epoch);
-      const CalendarTime c = ToCalendar(epoch.time);
-      char line[80];
-      std::snprintf(line, sizeof line, " %02d %2d %2d %2d %2d%11.7f  0%3zu", c.year % 100, c.month, c.day, c.hour,
-                    c.minute, c.second, epoch.ranges.size());
-      text += line;
-      std::string values;
-      for (const Pseudorange& range : epoch.ranges) {
-        std::snprintf(line, sizeof line, "G%2d", range.prn);
-        text += line;
-        values += Value(range.metres) + "\n";
-      }
-      text += "\n" + values;
-    }
-    return text;
-  }
-
+  std::string Navigation() const { return files_.Navigation(); }
+  std::string Observations(int epochs) const { return files_.Observations(epochs); }
   std::string Out() const { return (directory_ / "out").string(); }
 
   fs::path directory_;
-  NavigationData sky_;
-  Vector3 place_;
-
- private:
-  static std::string Number(double x) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%19.12E", x);
-    return text;
-  }
-  static std::string Ionosphere(const char* label, const std::array<double, 4>& values) {
-    std::string text = "  ";
-    for (const double x : values) {
-      char number[40];
-      std::snprintf(number, sizeof number, "%12.4E", x);
-      text += number;
-    }
-    return HeaderLine(text, label);
-  }
-  static std::string Record(const Ephemeris& e) {
-    const CalendarTime c = ToCalendar(e.toc);
-    char first[40];
-    std::snprintf(first, sizeof first, "%2d %02d %2d %2d %2d %2d%5.1f", e.prn, c.year % 100, c.month, c.day, c.hour,
-                  c.minute, c.second);
-    std::string text = first + Number(e.af0) + Number(e.af1) + Number(e.af2);
-    const double values[] = {1, e.crs, e.delta_n, e.m0, e.cuc, e.e, e.cus, e.sqrt_a, e.toe.seconds, e.cic, e.omega0,
-                             e.cis, e.i0, e.crc, e.omega, e.omega_dot, e.i_dot, 0, 2328 % 1024, 0, 2,
-                             static_cast<double>(e.health), e.tgd, 1, 0, 4};
-    int k = 0;
-    for (const double value : values) text += (k++ % 4 == 0 ? "\n   " : "") + Number(value);
-    return text + "\n";
-  }
+  WrittenFiles files_;
+  Vector3 place_ = files_.place();
 };
 
 TEST_F(Program, FindsThePositionOfWrittenFiles) {
   const std::string obs = File("site.24o", Observations(40));
   const std::string nav = File("site.24n", Navigation());
-  const Outcome3 r = RunOn({obs, nav, "--out", Out()});
+  const Ending r = RunOn({obs, nav, "--out", Out()});
   EXPECT_EQ(r.status, kPositionFound) << r.err;
   EXPECT_EQ(r.err, "");
   EXPECT_NE(r.out.find("TESTSITE"), std::string::npos);
@@ -178,7 +109,7 @@ TEST_F(Program, SaysWhichFileIsMissingOrForeignAndWhere) {
       {directory_, nav, directory_.string() + ":0: the file is empty"},
   };
   for (const Case& c : cases) {
-    const Outcome3 r = RunOn({c.observations, c.navigation, "--out", Out()});
+    const Ending r = RunOn({c.observations, c.navigation, "--out", Out()});
     EXPECT_EQ(r.status, kFailed) << c.message;
     EXPECT_EQ(r.err.rfind(c.message, 0), 0u) << r.err << "expected " << c.message;
     EXPECT_FALSE(fs::exists(Out()));
@@ -189,7 +120,7 @@ TEST_F(Program, UsesATruncatedFileAsFarAsItGoes) {
   const std::string whole = Observations(5);
   const std::string obs = File("cut.24o", whole.substr(0, whole.size() - 40));
   const std::string nav = File("site.24n", Navigation());
-  const Outcome3 r = RunOn({obs, nav, "--out", Out()});
+  const Ending r = RunOn({obs, nav, "--out", Out()});
   EXPECT_EQ(r.status, kPositionFound);
   EXPECT_NE(r.err.find("the file ends inside this epoch"), std::string::npos) << r.err;
   EXPECT_NE(r.out.find("4 read, 4 solved"), std::string::npos) << r.out;
@@ -198,14 +129,14 @@ TEST_F(Program, UsesATruncatedFileAsFarAsItGoes) {
 TEST_F(Program, EndsWithoutSuccessWhenNoPositionComesOut) {
   const std::string nav = File("site.24n", Navigation());
   const std::string no_epochs = File("header.24o", Observations(0));
-  const Outcome3 empty = RunOn({no_epochs, nav, "--out", Out()});
+  const Ending empty = RunOn({no_epochs, nav, "--out", Out()});
   EXPECT_EQ(empty.status, kNoPosition);
   EXPECT_NE(empty.err.find("no position"), std::string::npos);
 
   // Observations of another day: no message is valid.
   std::string other_day = Observations(3);
   for (std::size_t at = 0; (at = other_day.find(" 24  8 18", at)) != std::string::npos;) other_day[at + 8] = '1';
-  const Outcome3 r = RunOn({File("other.24o", other_day), nav, "--out", Out()});
+  const Ending r = RunOn({File("other.24o", other_day), nav, "--out", Out()});
   EXPECT_EQ(r.status, kNoPosition) << r.out;
   EXPECT_NE(r.out.find("without a valid broadcast message"), std::string::npos) << r.out;
   EXPECT_NE(r.out.find("3 with too few satellites"), std::string::npos) << r.out;
@@ -219,7 +150,7 @@ TEST_F(Program, ComparesWithTheTruthItIsGiven) {
   std::snprintf(x, sizeof x, "%.3f", place_[0] + 3.0);
   std::snprintf(y, sizeof y, "%.3f", place_[1] + 4.0);
   std::snprintf(z, sizeof z, "%.3f", place_[2]);
-  const Outcome3 r = RunOn({obs, nav, "--truth", x, y, z, "--out", Out(), "--motion", "walking"});
+  const Ending r = RunOn({obs, nav, "--truth", x, y, z, "--out", Out(), "--motion", "walking"});
   EXPECT_EQ(r.status, kPositionFound);
   EXPECT_NE(r.out.find("position given by --truth"), std::string::npos);
   EXPECT_NE(r.out.find("    5.00"), std::string::npos) << r.out;  // the 3D error
@@ -230,7 +161,7 @@ TEST_F(Program, SaysWhenItCannotWrite) {
   const std::string obs = File("site.24o", Observations(3));
   const std::string nav = File("site.24n", Navigation());
   const std::string occupied = File("occupied", "");
-  const Outcome3 r = RunOn({obs, nav, "--out", occupied + "/here"});
+  const Ending r = RunOn({obs, nav, "--out", occupied + "/here"});
   EXPECT_EQ(r.status, kFailed);
   EXPECT_NE(r.err.find("cannot be created"), std::string::npos) << r.err;
 }
@@ -244,7 +175,7 @@ TEST_F(Program, ExplainsItsArguments) {
       {"--truth", "1", "2", "3"},
   };
   for (const auto& arguments : wrong) {
-    const Outcome3 r = RunOn(arguments);
+    const Ending r = RunOn(arguments);
     EXPECT_EQ(r.status, kBadArguments) << arguments[0];
     EXPECT_NE(r.err.find("usage: gnss_position"), std::string::npos) << arguments[0];
     EXPECT_EQ(r.out, "");
@@ -253,7 +184,7 @@ TEST_F(Program, ExplainsItsArguments) {
 
 TEST_F(Program, RunsWithoutFiles) {
   if (sizeof(void*) == 4) GTEST_SKIP() << "3000 epochs take too long under an emulator";
-  const Outcome3 r = RunOn({"--out", Out()});
+  const Ending r = RunOn({"--out", Out()});
   EXPECT_EQ(r.status, kPositionFound);
   EXPECT_NE(r.out.find("No files given"), std::string::npos);
   EXPECT_NE(r.out.find("3000 of 3000 epochs"), std::string::npos);

@@ -24,7 +24,7 @@ MotionModel MotionModel::Walking() {
 
 MotionModel MotionModel::Driving() {
   MotionModel model;
-  model.acceleration = 1.0;
+  model.acceleration = 0.5;
   model.initial_velocity = 20.0;
   return model;
 }

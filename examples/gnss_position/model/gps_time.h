@@ -13,7 +13,7 @@ struct GpsTime {
   int week = 0;          ///< full week number, not modulo 1024
   double seconds = 0.0;  ///< 0 <= seconds < 604800
 
-  /// The moment `delta` seconds later (earlier when negative); carries over the end of the week.
+  /// The moment `delta` seconds later (earlier when negative, up to a million weeks); carries over the end of the week.
   GpsTime operator+(double delta) const;
   /// Seconds from `earlier` to this.
   double operator-(const GpsTime& earlier) const;

@@ -65,7 +65,11 @@ const char* Impossible(const Ephemeris& e, const Message& m) {
   if (!(m[11] >= 0.0 && m[11] < kSecondsPerWeek)) return "the reference time is no second of a week";
   if (!(m[24] >= 0.0 && m[24] <= 255.0)) return "the health is out of range";
   if (!(m[28] >= 0.0 && m[28] <= 200.0)) return "the fit interval is out of range";
-  if (std::fabs(e.af0) > 0.1 || std::fabs(e.tgd) > 0.001) return "the clock error is out of range";
+  // Well beyond what the fields of the message can hold; the sums with elapsed times stay small then.
+  if (std::fabs(e.af0) > 0.1 || std::fabs(e.af1) > 1e-7 || std::fabs(e.af2) > 1e-12 || std::fabs(e.tgd) > 0.001) {
+    return "the clock error is out of range";
+  }
+  if (std::fabs(e.delta_n) > 1e-6) return "the correction of the mean motion is out of range";
   return nullptr;
 }
 

@@ -78,7 +78,7 @@ void DrawErrors(const std::string& path, const std::string& title, const Referen
     panel.Label(axis == 2 ? (minutes ? "minutes since the first epoch" : "hours since the first epoch") : "",
                 std::string(kAxis[axis]) + " " + Noun(reference) + " (m)");
     panel.Dots(fixes, kFixColour, 2.5, 0.6);
-    panel.Line(filtered, kFilterColour, 1.5, 10.0 * end / std::max<double>(1.0, static_cast<double>(errors.size())));
+    panel.Line(filtered, kFilterColour, 1.2, 10.0 * end / std::max<double>(1.0, static_cast<double>(errors.size())));
     picture.Add(panel);
   }
   picture.Write(path);

@@ -76,9 +76,9 @@ void PrintSummary(std::ostream& out, const Observations& observations, const Pro
     return;
   }
   const Track& track = processed.track;
-  if (track.clock_jumps > 0) out << Line("Clock      %d jumps of the receiver clock\n", track.clock_jumps);
+  if (track.clock_jumps > 0) out << Line("Clock      %d %s of the receiver clock\n", track.clock_jumps, track.clock_jumps == 1 ? "jump" : "jumps");
   if (track.contradicted_ranges + track.restarts > 0) {
-    out << Line("Filter     %d ranges contradicted its prediction and were left out, %d restarts\n",
+    out << Line("Filter     left out %d ranges that contradict its prediction, began anew %d times\n",
                 track.contradicted_ranges, track.restarts);
   }
   PrintPosition(out, "Last", track.points.back().position);
