@@ -60,7 +60,8 @@ void CompleteReference(const Options& options, const Processed& processed, Refer
   if (options.truth) {
     reference = {{*options.truth}, "the position given by --truth", true};
   } else if (reference.positions.empty()) {
-    reference = {{MedianPosition(processed.fixes).value_or(Vector3{})}, "the median of the fixes (none is known)", false};
+    reference = {
+        {MedianPosition(processed.fixes).value_or(Vector3{})}, "the median of the fixes (none is known)", false};
   }
 }
 
@@ -95,7 +96,8 @@ int Run(const Options& options, std::ostream& out, std::ostream& err) {
   const std::vector<ErrorRow> errors = ErrorsAgainst(input.reference, processed);
   PrintSummary(out, input.observations, processed, input.reference, errors);
   if (errors.empty()) {
-    err << "gnss_position: no position: of " << input.observations.epochs.size() << " epochs none had enough usable satellites\n";
+    err << "gnss_position: no position: of " << input.observations.epochs.size()
+        << " epochs none had enough usable satellites\n";
     return kNoPosition;
   }
   WriteResults(options, input, processed, errors, out);

@@ -11,9 +11,9 @@ namespace gnss {
 /// Exit status of the program.
 enum Status : int {
   kPositionFound = 0,
-  kFailed = 1,        ///< a file is unusable or cannot be written; `err` says which and where
+  kFailed = 1,  ///< a file is unusable or cannot be written; `err` says which and where
   kBadArguments = 2,
-  kNoPosition = 3     ///< the input was readable, but no epoch could be solved
+  kNoPosition = 3  ///< the input was readable, but no epoch could be solved
 };
 
 /// Runs on the arguments after the program's name. Results and progress go to `out`, complaints to `err`.

@@ -1,5 +1,5 @@
-// Any bytes as an observation and a navigation file: the readers must end with data or with FileError, and whatever they
-// let pass must go through the whole estimation.
+// Any bytes as an observation and a navigation file: the readers must end with data or with FileError, and whatever
+// they let pass must go through the whole estimation.
 //
 // The input is two texts with a line "---" between them: observations, then navigation messages.
 #include <cstddef>

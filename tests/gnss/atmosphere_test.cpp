@@ -27,8 +27,8 @@ TEST(IonosphereDelay, IsFiveNanosecondsAtNightTimesTheSlant) {
   const Geodetic place{40.0 * kDegree, -100.0 * kDegree, 0.0};
   const double night = 9.5 * 3600.0;  // 2:50 local time
   const double slant = 1.0 + 16.0 * std::pow(0.53 - 30.0 / 180.0, 3);
-  EXPECT_NEAR(IonosphereDelay(Published(), place, 30.0 * kDegree, 0.0, GpsTime{0, night}),
-              slant * 5e-9 * kSpeedOfLight, 1e-9);
+  EXPECT_NEAR(IonosphereDelay(Published(), place, 30.0 * kDegree, 0.0, GpsTime{0, night}), slant * 5e-9 * kSpeedOfLight,
+              1e-9);
 }
 
 TEST(IonosphereDelay, IsZeroWithoutCoefficients) {

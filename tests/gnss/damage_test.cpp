@@ -1,5 +1,5 @@
-// Files damaged at random, the same way on every machine: the readers end with data or with a complaint, and what they let
-// pass goes through the whole estimation. (tests/fuzz searches further.)
+// Files damaged at random, the same way on every machine: the readers end with data or with a complaint, and what they
+// let pass goes through the whole estimation. (tests/fuzz searches further.)
 #include <sstream>
 #include <string>
 
@@ -23,13 +23,26 @@ class Damage {
     for (std::size_t k = 0; k < strokes && !text.empty(); ++k) {
       const std::size_t at = Below(text.size());
       switch (Below(7)) {
-        case 0: text[at] = static_cast<char>(Below(256)); break;
-        case 1: text[at] = "0123456789-+.eED GRN>\n"[Below(22)]; break;
-        case 2: text.erase(at, 1 + Below(90)); break;
-        case 3: text.insert(at, text.substr(Below(text.size()), 1 + Below(90))); break;
-        case 4: text.resize(at); break;
-        case 5: std::swap(text[at], text[Below(text.size())]); break;
-        default: text.insert(at, 1 + Below(40), text[at]);
+        case 0:
+          text[at] = static_cast<char>(Below(256));
+          break;
+        case 1:
+          text[at] = "0123456789-+.eED GRN>\n"[Below(22)];
+          break;
+        case 2:
+          text.erase(at, 1 + Below(90));
+          break;
+        case 3:
+          text.insert(at, text.substr(Below(text.size()), 1 + Below(90)));
+          break;
+        case 4:
+          text.resize(at);
+          break;
+        case 5:
+          std::swap(text[at], text[Below(text.size())]);
+          break;
+        default:
+          text.insert(at, 1 + Below(40), text[at]);
       }
     }
     return text;
@@ -52,8 +65,10 @@ TEST(DamagedFiles, AreReadOrRefusedButNeverBelieved) {
     gnss::Observations o = ParseObservations(observations);
     NavigationData n = files.sky();
     try {
-      if (trial % 2 == 0) o = ParseObservations(damage.To(observations));
-      else n = ParseNavigation(damage.To(navigation));
+      if (trial % 2 == 0)
+        o = ParseObservations(damage.To(observations));
+      else
+        n = ParseNavigation(damage.To(navigation));
     } catch (const FileError& error) {
       // "name:line: reason"
       EXPECT_EQ(std::string(error.what()).rfind("test.", 0), 0u) << error.what();

@@ -27,10 +27,9 @@ TEST(Ephemeris, GivesACircleInTheRotatingFrame) {
   for (const double dt : {-5400.0, 0.0, 3600.0}) {
     const double u = 0.3 + rate * dt;
     const double node = 1.0 - 7.2921151467e-5 * (7200.0 + dt);
-    const Vector3 expected = {
-        a * (std::cos(u) * std::cos(node) - std::sin(u) * std::cos(e.i0) * std::sin(node)),
-        a * (std::cos(u) * std::sin(node) + std::sin(u) * std::cos(e.i0) * std::cos(node)),
-        a * std::sin(u) * std::sin(e.i0)};
+    const Vector3 expected = {a * (std::cos(u) * std::cos(node) - std::sin(u) * std::cos(e.i0) * std::sin(node)),
+                              a * (std::cos(u) * std::sin(node) + std::sin(u) * std::cos(e.i0) * std::cos(node)),
+                              a * std::sin(u) * std::sin(e.i0)};
     EXPECT_LT(Length(SatellitePosition(e, e.toe + dt) - expected), 1e-6) << dt;
   }
 }

@@ -107,7 +107,8 @@ void ComparesWithLeastSquares() {
     EXPECT_NEAR(p(k + 1, k + 1), covariance[k + 1][k + 1], 1e-9 * covariance[k + 1][k + 1]) << k;
     EXPECT_NEAR(p(k, k),
                 covariance[k][k] + 2.0 * elapsed * covariance[k][k + 1] + elapsed * elapsed * covariance[k + 1][k + 1],
-                1e-8 * p(k, k)) << k;
+                1e-8 * p(k, k))
+        << k;
   }
 }
 

@@ -135,12 +135,18 @@ TEST(NavigationReader, LeavesOutImpossibleRecordsWithARemark) {
   const std::string week =
       WithLine(kRecord2, 3, "     .716800000000D+07  .320374965668D-06 -.296605403382D+01  .117346644402D-06");
   const std::string prn = WithLine(kRecord2, 0, "99 15  7 19  1 59 28.0  .579084269702D-03  .227373675443D-11  .0D+00");
-  const std::string clock = WithLine(kRecord2, 0, " 2 15  7 19  1 59 28.0  .579084269702D-03  .227373675443D+99  .0D+00");
+  const std::string clock =
+      WithLine(kRecord2, 0, " 2 15  7 19  1 59 28.0  .579084269702D-03  .227373675443D+99  .0D+00");
   const std::string motion =
       WithLine(kRecord2, 1, "     .700000000000D+01 -.646250000000D+02  .489591822036D+30 -.136404614938D+01");
-  const NavigationData data = ParseNavigation(Header2() + small + open + week + prn + clock + motion + kRecord2);
+  const std::string health =
+      WithLine(kRecord2, 6, "     .240000000000D+01  .630000000000D+42 -.204890966415D-07  .700000000000D+01");
+  const std::string far =
+      WithLine(kRecord2, 3, "     .716800000000D+88  .320374965668D-06 -.296605403382D+01  .117346644402D-06");
+  const NavigationData data =
+      ParseNavigation(Header2() + small + open + week + prn + clock + motion + health + far + kRecord2);
   EXPECT_EQ(data.size(), 1u);
-  ASSERT_EQ(data.remarks.size(), 6u);
+  ASSERT_EQ(data.remarks.size(), 8u);
   EXPECT_EQ(data.remarks[0].rfind("test.nav:5: ", 0), 0u) << data.remarks[0];
   EXPECT_EQ(data.remarks[3].rfind("test.nav:29: ", 0), 0u) << data.remarks[3];
 }

@@ -22,11 +22,9 @@ std::string Version3Header(const std::string& types = "G    3 L1C C1C C1W") {
 }
 
 TEST(ObservationReader, ReadsVersion2) {
-  const Observations o = ParseObservations(Version2Header() +
-                                           " 05  4  2  0  0 30.0050000  0  3G 3R 7G28\n" +
-                                           Value(24361933.475) + Value(1.0) + Value(2.0) + "\n" +
-                                           Value(20000000.0) + "\n" +
-                                           Value(21543408.487) + "\n");
+  const Observations o =
+      ParseObservations(Version2Header() + " 05  4  2  0  0 30.0050000  0  3G 3R 7G28\n" + Value(24361933.475) +
+                        Value(1.0) + Value(2.0) + "\n" + Value(20000000.0) + "\n" + Value(21543408.487) + "\n");
   EXPECT_EQ(o.marker, "HERE");
   ASSERT_TRUE(o.known_position.has_value());
   EXPECT_EQ((*o.known_position)[1], 931735.3);
@@ -41,10 +39,9 @@ TEST(ObservationReader, ReadsVersion2) {
 }
 
 TEST(ObservationReader, ReadsVersion3) {
-  const Observations o = ParseObservations(Version3Header() + "> 2020 06 25 06 00 00.0000000  0  3\n" +
-                                           "G02" + Value(1.0) + Value(24044147.224) + Value(5.0) + "\n" +
-                                           "R11" + Value(22222222.0) + "\n" +
-                                           "G 3" + Value(1.0) + Value(25297950.318) + "\r\n");
+  const Observations o = ParseObservations(
+      Version3Header() + "> 2020 06 25 06 00 00.0000000  0  3\n" + "G02" + Value(1.0) + Value(24044147.224) +
+      Value(5.0) + "\n" + "R11" + Value(22222222.0) + "\n" + "G 3" + Value(1.0) + Value(25297950.318) + "\r\n");
   ASSERT_EQ(o.epochs.size(), 1u);
   ASSERT_EQ(o.epochs[0].ranges.size(), 2u);
   EXPECT_EQ(o.epochs[0].time - FromCalendar({2020, 6, 25, 6, 0, 0.0}), 0.0);
@@ -54,12 +51,12 @@ TEST(ObservationReader, ReadsVersion3) {
 }
 
 TEST(ObservationReader, PrefersTheOpenCodeAndFallsBackToTheOther) {
-  const Observations o = ParseObservations(
-      Version2Header() + " 99 12 31 23 59 59.0000000  0  4  1  2  3  4\n" +  // no letter: GPS
-      Value(21000000.0) + Value(21000001.0) + "\n" +                         // both
-      Padded("", 16) + Value(22000001.0) + "\n" +                            // blank C1
-      Value(0.0) + Value(23000001.0) + "\n" +                                // a zero stands for blank
-      "\n");                                                                  // nothing at all
+  const Observations o =
+      ParseObservations(Version2Header() + " 99 12 31 23 59 59.0000000  0  4  1  2  3  4\n" +  // no letter: GPS
+                        Value(21000000.0) + Value(21000001.0) + "\n" +                         // both
+                        Padded("", 16) + Value(22000001.0) + "\n" +                            // blank C1
+                        Value(0.0) + Value(23000001.0) + "\n" +  // a zero stands for blank
+                        "\n");                                   // nothing at all
   ASSERT_EQ(o.epochs.size(), 1u);
   EXPECT_EQ(ToCalendar(o.epochs[0].time).year, 1999);
   ASSERT_EQ(o.epochs[0].ranges.size(), 3u);
@@ -70,9 +67,10 @@ TEST(ObservationReader, PrefersTheOpenCodeAndFallsBackToTheOther) {
 }
 
 TEST(ObservationReader, FollowsContinuationLines) {
-  std::string header = FirstLine("2.10", "Observation", "M") +
-                       HeaderLine("    11    L1    L2    P2    S1    S2    D1    D2    L5    C5", "# / TYPES OF OBSERV") +
-                       HeaderLine("          S5    C1", "# / TYPES OF OBSERV") + End();
+  std::string header =
+      FirstLine("2.10", "Observation", "M") +
+      HeaderLine("    11    L1    L2    P2    S1    S2    D1    D2    L5    C5", "# / TYPES OF OBSERV") +
+      HeaderLine("          S5    C1", "# / TYPES OF OBSERV") + End();
   std::string epoch = " 16  6 18  0  0  0.0000000  0 14";
   std::string body;
   for (int prn = 1; prn <= 14; ++prn) {
@@ -90,16 +88,12 @@ TEST(ObservationReader, FollowsContinuationLines) {
 
 TEST(ObservationReader, CountsEventsAndTakesTheirHeaderLines) {
   const Observations o = ParseObservations(
-      Version2Header() +                                    // lines 1-5
-      "                            4  2\n" +                // new site, with a new list of types
-      HeaderLine("     2    L1    C1", "# / TYPES OF OBSERV") +
-      HeaderLine("MOVED", "COMMENT") +
-      " 05  4  2  0  0 30.0000000  1  1G 3\n" +             // power failure before this epoch
-      Value(5.0) + Value(24361933.475) + "\n" +
-      " 05  4  2  0  1  0.0000000  6  1G 3\n" +             // cycle slips
-      Value(1.0) + Value(0.0) + "\n" +
-      " 05  4  2  0  1 30.0000000  0  1G 3\n" +
-      Value(5.0) + Value(24361944.0) + "\n");
+      Version2Header() +                      // lines 1-5
+      "                            4  2\n" +  // new site, with a new list of types
+      HeaderLine("     2    L1    C1", "# / TYPES OF OBSERV") + HeaderLine("MOVED", "COMMENT") +
+      " 05  4  2  0  0 30.0000000  1  1G 3\n" +  // power failure before this epoch
+      Value(5.0) + Value(24361933.475) + "\n" + " 05  4  2  0  1  0.0000000  6  1G 3\n" +  // cycle slips
+      Value(1.0) + Value(0.0) + "\n" + " 05  4  2  0  1 30.0000000  0  1G 3\n" + Value(5.0) + Value(24361944.0) + "\n");
   EXPECT_EQ(o.flagged_epochs, 3);
   ASSERT_EQ(o.epochs.size(), 1u);
   ASSERT_EQ(o.epochs[0].ranges.size(), 1u);
@@ -128,8 +122,8 @@ TEST(ObservationReader, LeavesOutAnEpochThatTheEndOfTheFileCutsOff) {
 }
 
 TEST(ObservationReader, TakesASatelliteOncePerEpoch) {
-  const Observations o = ParseObservations(Version2Header() + " 05  4  2  0  1  0.0000000  0  2G 3G 3\n" +
-                                           Value(2e7) + "\n" + Value(2.1e7) + "\n");
+  const Observations o = ParseObservations(Version2Header() + " 05  4  2  0  1  0.0000000  0  2G 3G 3\n" + Value(2e7) +
+                                           "\n" + Value(2.1e7) + "\n");
   ASSERT_EQ(o.epochs.size(), 1u);
   EXPECT_EQ(o.epochs[0].ranges.size(), 1u);
   EXPECT_EQ(o.remarks.size(), 1u);
@@ -151,7 +145,8 @@ TEST(ObservationReader, NamesFileAndLineOfWhatItCannotRead) {
       {FirstLine("x.yz", "OBSERVATION DATA"), "test.obs:1: ", "not a number"},
       {FirstLine("2.11", "NAVIGATION DATA"), "test.obs:1: ", "navigation messages, not observations"},
       {FirstLine("2.11", "OBSERVATION DATA", "R"), "test.obs:1: ", "nothing for GPS"},
-      {FirstLine("2.11", "OBSERVATION DATA") + HeaderLine("X", "MARKER NAME"), "test.obs:2: ", "ends inside its header"},
+      {FirstLine("2.11", "OBSERVATION DATA") + HeaderLine("X", "MARKER NAME"),
+       "test.obs:2: ", "ends inside its header"},
       {Version2Header("     3    C1    P1"), "test.obs:4: ", "fewer observation types"},
       {Version2Header("   -13    C1    P1"), "test.obs:4: ", "impossible number"},
       {Version2Header("     2    L1    L2"), "test.obs:5: ", "no GPS code range"},

@@ -170,9 +170,9 @@ TEST_F(Program, ExplainsItsArguments) {
   EXPECT_EQ(RunOn({"--help"}).status, kPositionFound);
   EXPECT_NE(RunOn({"--help"}).out.find("usage: gnss_position"), std::string::npos);
   const std::vector<std::vector<std::string>> wrong = {
-      {"one.24o"},       {"a", "b", "c"},          {"--colour"},        {"--out"},
-      {"--mask", "ten"}, {"--mask", "95"},         {"--motion", "fly"}, {"--truth", "1", "2"},
-      {"--truth", "1", "2", "3"},
+      {"one.24o"},         {"a", "b", "c"},       {"--colour"},
+      {"--out"},           {"--mask", "ten"},     {"--mask", "95"},
+      {"--motion", "fly"}, {"--truth", "1", "2"}, {"--truth", "1", "2", "3"},
   };
   for (const auto& arguments : wrong) {
     const Ending r = RunOn(arguments);

@@ -1,5 +1,5 @@
-// Error-free epochs for a receiver anywhere, made from broadcast messages by a way of their own: the light-time equation
-// is solved in a frame that does not rotate.
+// Error-free epochs for a receiver anywhere, made from broadcast messages by a way of their own: the light-time
+// equation is solved in a frame that does not rotate.
 #ifndef QUORVEL_TESTS_GNSS_RANGE_BUILDER_H
 #define QUORVEL_TESTS_GNSS_RANGE_BUILDER_H
 

@@ -69,8 +69,10 @@ TEST(Picture, DrawsWhatItIsGiven) {
   for (std::size_t at = 0; (at = svg.find('<', at)) != std::string::npos; ++at) {
     const std::size_t end = svg.find('>', at);
     ASSERT_NE(end, std::string::npos);
-    if (svg[at + 1] == '/') --open;
-    else if (svg[end - 1] != '/') ++open;
+    if (svg[at + 1] == '/')
+      --open;
+    else if (svg[end - 1] != '/')
+      ++open;
     EXPECT_GE(open, 0);
   }
   EXPECT_EQ(open, 0);

@@ -72,7 +72,7 @@ TEST(Simulation, IsSolvedAndItsErrorsAreFound) {
   if (!whole) return;
   EXPECT_EQ(p.motion, Motion::driving);
   EXPECT_EQ(p.track.clock_jumps, 1);
-  EXPECT_GE(p.counts.too_few, 25);      // the tunnel
+  EXPECT_GE(p.counts.too_few, 25);  // the tunnel
   EXPECT_GT(p.counts.unusable.unhealthy, 0);
   EXPECT_GT(p.counts.solved, 2940);
   EXPECT_NE(p.fixes.front().time.week, p.fixes.back().time.week);

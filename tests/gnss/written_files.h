@@ -24,8 +24,8 @@ class WrittenFiles {
     char position[80];
     std::snprintf(position, sizeof position, "%14.4f%14.4f%14.4f", place_[0], place_[1], place_[2]);
     std::string text = FirstLine("2.11", "OBSERVATION DATA") + HeaderLine("TESTSITE", "MARKER NAME") +
-                       HeaderLine(position, "APPROX POSITION XYZ") +
-                       HeaderLine("     1    C1", "# / TYPES OF OBSERV") + End();
+                       HeaderLine(position, "APPROX POSITION XYZ") + HeaderLine("     1    C1", "# / TYPES OF OBSERV") +
+                       End();
     for (int k = 0; k < epochs; ++k) {
       ObservationEpoch epoch = ExactEpoch(sky_, GpsTime{2328, 30.0 * k}, place_, 2e-5);
       AddAtmosphere(sky_, place_, epoch);
@@ -86,9 +86,32 @@ class WrittenFiles {
                   c.minute, c.second);
     std::string text = first + Number(e.af0) + Number(e.af1) + Number(e.af2);
     // The week is given modulo 1024, as receivers of old do.
-    const double values[] = {1, e.crs, e.delta_n, e.m0, e.cuc, e.e, e.cus, e.sqrt_a, e.toe.seconds, e.cic, e.omega0,
-                             e.cis, e.i0, e.crc, e.omega, e.omega_dot, e.i_dot, 0, 2328 % 1024, 0, 2,
-                             static_cast<double>(e.health), e.tgd, 1, 0, 4};
+    const double values[] = {1,
+                             e.crs,
+                             e.delta_n,
+                             e.m0,
+                             e.cuc,
+                             e.e,
+                             e.cus,
+                             e.sqrt_a,
+                             e.toe.seconds,
+                             e.cic,
+                             e.omega0,
+                             e.cis,
+                             e.i0,
+                             e.crc,
+                             e.omega,
+                             e.omega_dot,
+                             e.i_dot,
+                             0,
+                             2328 % 1024,
+                             0,
+                             2,
+                             static_cast<double>(e.health),
+                             e.tgd,
+                             1,
+                             0,
+                             4};
     int k = 0;
     for (const double value : values) text += (k++ % 4 == 0 ? "\n   " : "") + Number(value);
     return text + "\n";

@@ -54,9 +54,11 @@ Result Evaluate(const Station& station, const Vector3& truth, const ProcessSetti
   r.errors = ErrorsAgainst({{truth}, "the surveyed position", true}, r.processed);
   r.fix = Summarise(r.errors, Solution::fix);
   r.filtered = Summarise(r.errors, Solution::filtered);
-  std::printf("  %s: %zu epochs, %d solved; 3D median %.2f, 95 %% %.2f m by epoch; %.2f, %.2f m filtered; forms agree to %.1e m\n",
-              station.observations.marker.c_str(), r.processed.fixes.size(), r.processed.counts.solved, r.fix.median[3],
-              r.fix.most[3], r.filtered.median[3], r.filtered.most[3], r.processed.track.worst_disagreement);
+  std::printf(
+      "  %s: %zu epochs, %d solved; 3D median %.2f, 95 %% %.2f m by epoch; %.2f, %.2f m filtered; forms agree to %.1e "
+      "m\n",
+      station.observations.marker.c_str(), r.processed.fixes.size(), r.processed.counts.solved, r.fix.median[3],
+      r.fix.most[3], r.filtered.median[3], r.filtered.most[3], r.processed.track.worst_disagreement);
   EXPECT_LT(r.processed.track.worst_disagreement, 1e-6);
   EXPECT_GT(r.processed.track.points.size(), 0u);
   return r;

@@ -32,12 +32,12 @@ struct Fix {
   GpsTime time;
   Outcome outcome = Outcome::too_few;
   Vector3 position{};
-  double clock = 0.0;             ///< receiver clock error, metres
+  double clock = 0.0;  ///< receiver clock error, metres
   Dilution dilution;
-  std::vector<int> used;          ///< satellites in the least squares, in the order of the equations
-  std::vector<int> gross;         ///< satellites left out because their range is grossly wrong
-  std::vector<int> low;           ///< satellites below the elevation mask
-  RangeEquations equations;       ///< of the used satellites, at the solution
+  std::vector<int> used;     ///< satellites in the least squares, in the order of the equations
+  std::vector<int> gross;    ///< satellites left out because their range is grossly wrong
+  std::vector<int> low;      ///< satellites below the elevation mask
+  RangeEquations equations;  ///< of the used satellites, at the solution
 };
 
 /// `start` is a presumed position, the centre of the Earth when nothing is known.

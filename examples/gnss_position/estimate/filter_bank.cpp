@@ -17,24 +17,25 @@ FilterBank::FilterBank() {
   forms_[2] = std::make_unique<InformationFilter>();
 }
 
+template <typename Step>
+void FilterBank::ForEach(Step step) {
+  for (std::size_t k = 0; k < kForms; ++k) {
+    const auto begin = std::chrono::steady_clock::now();
+    step(*forms_[k]);
+    seconds_[k] += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  }
+}
+
 void FilterBank::Start(const RegularMatrix& x, const SymmetricMatrix& covariance) {
   for (const auto& form : forms_) form->Start(x, covariance);
 }
 
 void FilterBank::Predict(const Transition& transition) {
-  for (std::size_t k = 0; k < kForms; ++k) {
-    const auto begin = std::chrono::steady_clock::now();
-    forms_[k]->Predict(transition);
-    seconds_[k] += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  }
+  ForEach([&](FilterForm& form) { form.Predict(transition); });
 }
 
 void FilterBank::Update(const Measurement& measurement) {
-  for (std::size_t k = 0; k < kForms; ++k) {
-    const auto begin = std::chrono::steady_clock::now();
-    forms_[k]->Update(measurement);
-    seconds_[k] += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  }
+  ForEach([&](FilterForm& form) { form.Update(measurement); });
 }
 
 double FilterBank::Disagreement() const {

@@ -20,12 +20,16 @@ class FilterBank {
   void Update(const Measurement& measurement);
 
   const FilterForm& form(std::size_t k) const { return *forms_[k]; }
-  /// Processor time that form k has spent in Predict and Update, seconds.
+  /// Time that form k has spent in Predict and Update, seconds.
   double seconds(std::size_t k) const { return seconds_[k]; }
   /// Greatest difference between the positions of any two forms, in any coordinate, metres.
   double Disagreement() const;
 
  private:
+  /// Runs the step on each form and adds the time it takes.
+  template <typename Step>
+  void ForEach(Step step);
+
   std::array<std::unique_ptr<FilterForm>, kForms> forms_;
   std::array<double, kForms> seconds_{};
 };

@@ -8,17 +8,26 @@ namespace {
 
 MotionModel ModelOf(Motion motion) {
   switch (motion) {
-    case Motion::walking: return MotionModel::Walking();
-    case Motion::driving: return MotionModel::Driving();
-    default: return MotionModel::Standing();
+    case Motion::walking:
+      return MotionModel::Walking();
+    case Motion::driving:
+      return MotionModel::Driving();
+    default:
+      return MotionModel::Standing();
   }
 }
 
 void Count(const Fix& fix, EpochCounts& counts) {
   switch (fix.outcome) {
-    case Outcome::solved: ++counts.solved; break;
-    case Outcome::too_few: ++counts.too_few; break;
-    case Outcome::inconsistent: ++counts.inconsistent; break;
+    case Outcome::solved:
+      ++counts.solved;
+      break;
+    case Outcome::too_few:
+      ++counts.too_few;
+      break;
+    case Outcome::inconsistent:
+      ++counts.inconsistent;
+      break;
   }
   counts.gross_ranges += static_cast<int>(fix.gross.size());
 }

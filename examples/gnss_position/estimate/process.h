@@ -29,7 +29,7 @@ struct Processed {
   EpochCounts counts;
   Motion motion = Motion::standing;  ///< the one that the filters assumed
   Track track;                       ///< one point per solved fix
-  double fix_seconds = 0.0;          ///< processor time of all fixes
+  double fix_seconds = 0.0;          ///< time for all fixes
 };
 
 /// Called every thousand epochs with the number done; may be empty.

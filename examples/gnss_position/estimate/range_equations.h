@@ -15,10 +15,10 @@
 namespace gnss {
 
 struct RangeEquations {
-  RegularMatrix design;            ///< m x 4: row i is (-e_i, 1), e_i the unit vector to the satellite
-  RegularMatrix misclosure;        ///< m x 1: observed minus computed range at the presumed position, metres
-  std::vector<double> elevation;   ///< radians
-  std::vector<double> sigma;       ///< standard deviation expected of each range, metres
+  RegularMatrix design;           ///< m x 4: row i is (-e_i, 1), e_i the unit vector to the satellite
+  RegularMatrix misclosure;       ///< m x 1: observed minus computed range at the presumed position, metres
+  std::vector<double> elevation;  ///< radians
+  std::vector<double> sigma;      ///< standard deviation expected of each range, metres
 
   Matrix::size_type rows() const { return misclosure.nrows(); }
 };

@@ -15,8 +15,8 @@ constexpr double kClockJump = 3000.0;
 // After a longer gap the old state says next to nothing: the filters begin anew.
 constexpr double kLongestGap = 900.0;
 
-constexpr double kCredible = 6.0;    // standard deviations of an innovation
-constexpr int kMostRefused = 10;     // fixes in a row
+constexpr double kCredible = 6.0;  // standard deviations of an innovation
+constexpr int kMostRefused = 10;   // fixes in a row
 
 // Clock drift at the start: the median over the next steps, so that a jump among them does no harm.
 double DriftAfter(const std::vector<const Fix*>& solved, std::size_t first) {

@@ -30,8 +30,7 @@ double ClockPolynomial(const Ephemeris& eph, const GpsTime& t) {
 Vector3 SatellitePosition(const Ephemeris& eph, const GpsTime& t) {
   const double dt = t - eph.toe;
   const double anomaly = EccentricAnomaly(eph, t);
-  const double true_anomaly =
-      std::atan2(std::sqrt(1.0 - eph.e * eph.e) * std::sin(anomaly), std::cos(anomaly) - eph.e);
+  const double true_anomaly = std::atan2(std::sqrt(1.0 - eph.e * eph.e) * std::sin(anomaly), std::cos(anomaly) - eph.e);
 
   // Argument of latitude, radius and inclination with their second-harmonic corrections.
   const double phi = true_anomaly + eph.omega;

@@ -27,8 +27,8 @@ struct Observations {
   std::vector<ObservationEpoch> epochs;   ///< in strictly increasing time
 
   // What did not become an epoch or a range, counted.
-  int flagged_epochs = 0;  ///< epoch flag not 0: power failure, or an event instead of observations
-  int blank_ranges = 0;    ///< GPS satellite listed without a code range on the first frequency
+  int flagged_epochs = 0;            ///< epoch flag not 0: power failure, or an event instead of observations
+  int blank_ranges = 0;              ///< GPS satellite listed without a code range on the first frequency
   std::vector<std::string> remarks;  ///< "file:line: what was wrong with an epoch that was left out"
 };
 

@@ -36,49 +36,68 @@ void ReadHeader(LineReader& in, const RinexKind& kind, NavigationData& data) {
 }
 
 // The numbers of one message in file order: 3 of the first line, 4 of each of the seven others.
-using Message = std::array<double, 31>;
+// clang-format off
+enum Field : std::size_t {
+  kAf0, kAf1, kAf2,
+  kIode, kCrs, kDeltaN, kM0,
+  kCuc, kE, kCus, kSqrtA,
+  kToe, kCic, kOmega0, kCis,
+  kI0, kCrc, kOmega, kOmegaDot,
+  kIDot, kCodesOnL2, kWeek, kDataOnL2,
+  kAccuracy, kHealth, kTgd, kIodc,
+  kTransmitted, kFit, kSpare, kSpareToo,
+  kFields
+};
+// clang-format on
+using Message = std::array<double, kFields>;
+
+// Null when the message can describe a GPS satellite, else what is impossible about it. The bounds lie beyond what the
+// fields of the transmitted message can hold, and keep every sum with an elapsed time small.
+const char* Impossible(const Message& m) {
+  const auto beyond = [&m](Field field, double bound) { return std::fabs(m[field]) > bound; };
+  if (!(m[kSqrtA] > 4000.0 && m[kSqrtA] < 8000.0)) return "the semi-major axis is not a GPS satellite's";
+  if (!(m[kE] >= 0.0 && m[kE] < 0.5)) return "the eccentricity is not a GPS satellite's";
+  if (!(m[kToe] >= 0.0 && m[kToe] < kSecondsPerWeek)) return "the reference time is no second of a week";
+  if (!(m[kHealth] >= 0.0 && m[kHealth] <= 255.0)) return "the health is out of range";
+  if (!(m[kFit] >= 0.0 && m[kFit] <= 200.0)) return "the fit interval is out of range";
+  if (beyond(kAf0, 0.1) || beyond(kAf1, 1e-7) || beyond(kAf2, 1e-12) || beyond(kTgd, 0.001)) {
+    return "the clock error is out of range";
+  }
+  if (beyond(kDeltaN, 1e-6)) return "the correction of the mean motion is out of range";
+  return nullptr;
+}
 
 Ephemeris ToEphemeris(int prn, const GpsTime& toc, const Message& m) {
   Ephemeris e;
   e.prn = prn;
   e.toc = toc;
-  e.af0 = m[0], e.af1 = m[1], e.af2 = m[2];
-  e.crs = m[4], e.delta_n = m[5], e.m0 = m[6];
-  e.cuc = m[7], e.e = m[8], e.cus = m[9], e.sqrt_a = m[10];
-  e.cic = m[12], e.omega0 = m[13], e.cis = m[14];
-  e.i0 = m[15], e.crc = m[16], e.omega = m[17], e.omega_dot = m[18];
-  e.i_dot = m[19];
-  // The week number (m[21]) is modulo 1024 in some files and that of the transmission in others: the date in the
-  // record's first line settles it.
-  e.toe = NearestWithSecondOfWeek(m[11], toc);
-  e.health = static_cast<int>(m[24]);
-  e.tgd = m[25];
+  // The week number is modulo 1024 in some files and that of the transmission in others: the date in the record's first
+  // line settles it.
+  e.toe = NearestWithSecondOfWeek(m[kToe], toc);
+  e.af0 = m[kAf0], e.af1 = m[kAf1], e.af2 = m[kAf2], e.tgd = m[kTgd];
+  e.sqrt_a = m[kSqrtA], e.e = m[kE], e.i0 = m[kI0], e.omega0 = m[kOmega0], e.omega = m[kOmega], e.m0 = m[kM0];
+  e.delta_n = m[kDeltaN], e.i_dot = m[kIDot], e.omega_dot = m[kOmegaDot];
+  e.cuc = m[kCuc], e.cus = m[kCus], e.crc = m[kCrc], e.crs = m[kCrs], e.cic = m[kCic], e.cis = m[kCis];
+  e.health = static_cast<int>(m[kHealth]);
   // A blank or a mere flag stands for the ordinary four hours.
-  e.fit_hours = m[28] > 4.0 ? m[28] : 4.0;
+  e.fit_hours = m[kFit] > 4.0 ? m[kFit] : 4.0;
   return e;
-}
-
-// Null when the message can describe a GPS satellite, else what is impossible about it.
-const char* Impossible(const Ephemeris& e, const Message& m) {
-  if (!(e.sqrt_a > 4000.0 && e.sqrt_a < 8000.0)) return "the square root of the semi-major axis is not a GPS satellite's";
-  if (!(e.e >= 0.0 && e.e < 0.5)) return "the eccentricity is not a GPS satellite's";
-  if (!(m[11] >= 0.0 && m[11] < kSecondsPerWeek)) return "the reference time is no second of a week";
-  if (!(m[24] >= 0.0 && m[24] <= 255.0)) return "the health is out of range";
-  if (!(m[28] >= 0.0 && m[28] <= 200.0)) return "the fit interval is out of range";
-  // Well beyond what the fields of the message can hold; the sums with elapsed times stay small then.
-  if (std::fabs(e.af0) > 0.1 || std::fabs(e.af1) > 1e-7 || std::fabs(e.af2) > 1e-12 || std::fabs(e.tgd) > 0.001) {
-    return "the clock error is out of range";
-  }
-  if (std::fabs(e.delta_n) > 1e-6) return "the correction of the mean motion is out of range";
-  return nullptr;
 }
 
 // Lines of a record of that satellite system, its first one included; 0 for a letter that is none.
 int RecordLines(char system) {
   switch (system) {
-    case 'G': case 'E': case 'C': case 'J': case 'I': return 8;
-    case 'R': case 'S': return 4;
-    default: return 0;
+    case 'G':
+    case 'E':
+    case 'C':
+    case 'J':
+    case 'I':
+      return 8;
+    case 'R':
+    case 'S':
+      return 4;
+    default:
+      return 0;
   }
 }
 
@@ -102,20 +121,19 @@ bool ReadGpsRecord(LineReader& in, int major, NavigationData& data) {
   const GpsTime toc = ClockTime(in, major);
   Message m{};
   for (std::size_t k = 0; k < 3; ++k) m[k] = in.Real(22 + shift + 19 * k, 19, "clock coefficient");
-  for (std::size_t at = 3; at < m.size(); at += 4) {
+  for (std::size_t at = 3; at < kFields; at += 4) {
     if (!in.Next()) return false;
     for (std::size_t k = 0; k < 4; ++k) {
       m[at + k] = in.OptionalReal(3 + shift + 19 * k, 19, "navigation message").value_or(0.0);
     }
   }
 
-  const Ephemeris ephemeris = ToEphemeris(prn, toc, m);
   if (prn < 1 || prn > kMaxPrn) {
     data.remarks.push_back(place + "satellite number " + std::to_string(prn) + " is not a GPS satellite's; left out");
-  } else if (const char* reason = Impossible(ephemeris, m)) {
+  } else if (const char* reason = Impossible(m)) {
     data.remarks.push_back(place + reason + "; the record is left out");
   } else {
-    data.Add(ephemeris);
+    data.Add(ToEphemeris(prn, toc, m));
   }
   return true;
 }

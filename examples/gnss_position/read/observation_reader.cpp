@@ -79,9 +79,9 @@ class Reader {
     const std::size_t year_width = four_digits ? 4 : 2;
     const int year = in_.Integer(date, year_width, "year");
     const std::size_t at = date + year_width + 1;
-    const CalendarTime c = {four_digits ? year : FullYear(year),       in_.Integer(at, 2, "month"),
-                            in_.Integer(at + 3, 2, "day"),             in_.Integer(at + 6, 2, "hour"),
-                            in_.Integer(at + 9, 2, "minute"),          in_.Real(at + 11, seconds_width, "second")};
+    const CalendarTime c = {four_digits ? year : FullYear(year), in_.Integer(at, 2, "month"),
+                            in_.Integer(at + 3, 2, "day"),       in_.Integer(at + 6, 2, "hour"),
+                            in_.Integer(at + 9, 2, "minute"),    in_.Real(at + 11, seconds_width, "second")};
     line.time = TimeOrFail(in_, c, "epoch");
     return line;
   }

@@ -8,12 +8,18 @@ namespace {
 
 const char* TypeName(char type) {
   switch (type) {
-    case 'O': return "observations";
-    case 'N': return "GPS navigation messages";
-    case 'G': return "GLONASS navigation messages";
-    case 'H': return "navigation messages of geostationary satellites";
-    case 'M': return "meteorological data";
-    default: return "data of an unknown type";
+    case 'O':
+      return "observations";
+    case 'N':
+      return "GPS navigation messages";
+    case 'G':
+      return "GLONASS navigation messages";
+    case 'H':
+      return "navigation messages of geostationary satellites";
+    case 'M':
+      return "meteorological data";
+    default:
+      return "data of an unknown type";
   }
 }
 
@@ -24,7 +30,8 @@ std::string_view HeaderLabel(const LineReader& in) { return in.Text(60, 20); }
 RinexKind ReadFirstHeaderLine(LineReader& in, char expected) {
   if (!in.Next()) in.Fail("the file is empty");
   if (HeaderLabel(in) != "RINEX VERSION / TYPE") {
-    if (HeaderLabel(in) == "CRINEX VERS   / TYPE") in.Fail("compressed observations: expand the file with CRX2RNX first");
+    if (HeaderLabel(in) == "CRINEX VERS   / TYPE")
+      in.Fail("compressed observations: expand the file with CRX2RNX first");
     in.Fail("not a RINEX file: the first line has no 'RINEX VERSION / TYPE' in columns 61-80");
   }
   RinexKind kind;

@@ -10,9 +10,9 @@
 namespace gnss {
 
 struct RinexKind {
-  int major = 0;          ///< 2 or 3
-  char type = ' ';        ///< 'O' observations, 'N' navigation, ...
-  char system = ' ';      ///< 'G' GPS, 'M' mixed, ...; version 2 may leave it blank for GPS
+  int major = 0;      ///< 2 or 3
+  char type = ' ';    ///< 'O' observations, 'N' navigation, ...
+  char system = ' ';  ///< 'G' GPS, 'M' mixed, ...; version 2 may leave it blank for GPS
 };
 
 /// Label of a header line: columns 60-79.

@@ -13,8 +13,8 @@ namespace gnss {
 /// What the results are compared with: one position for all epochs, or one per epoch.
 struct Reference {
   std::vector<Vector3> positions;
-  std::string origin;    ///< "the position in the file's header", ...
-  bool known = true;     ///< false: only the median of the fixes, so that the errors are deviations
+  std::string origin;  ///< "the position in the file's header", ...
+  bool known = true;   ///< false: only the median of the fixes, so that the errors are deviations
 
   const Vector3& At(std::size_t epoch) const { return positions.size() == 1 ? positions[0] : positions[epoch]; }
 };

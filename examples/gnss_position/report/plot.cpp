@@ -2,11 +2,11 @@
 
 #include <cerrno>
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
+
+#include "report/format.h"
 
 namespace gnss {
 namespace {
@@ -14,23 +14,19 @@ namespace {
 constexpr const char* kInk = "#333333";
 constexpr const char* kFaint = "#dddddd";
 
-std::string Formatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
-std::string Formatted(const char* format, ...) {
-  char text[400];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return text;
-}
-
 std::string Escaped(const std::string& text) {
   std::string out;
   for (const char c : text) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
       default:
         if (static_cast<unsigned char>(c) >= 32) out += c;
     }
@@ -87,9 +83,10 @@ void Panel::Label(const std::string& x, const std::string& y) {
 // All dots are one path of empty strokes with round ends: far smaller than one circle each.
 void Panel::Dots(const std::vector<std::pair<double, double>>& points, const char* colour, double size,
                  double opacity) {
-  svg_ += Formatted("<path fill=\"none\" stroke=\"%s\" stroke-width=\"%.1f\" stroke-linecap=\"round\" "
-                    "stroke-opacity=\"%.2f\" d=\"",
-                    colour, size, opacity);
+  svg_ += Formatted(
+      "<path fill=\"none\" stroke=\"%s\" stroke-width=\"%.1f\" stroke-linecap=\"round\" "
+      "stroke-opacity=\"%.2f\" d=\"",
+      colour, size, opacity);
   for (const auto& [x, y] : points) {
     if (Inside(x, x_) && Inside(y, y_)) svg_ += Formatted("M%.1f %.1fh0", X(x), Y(y));
   }
@@ -115,8 +112,9 @@ void Panel::Cross(double x, double y, const char* colour) {
 }
 
 void Panel::Circle(double radius, const char* colour) {
-  svg_ += Formatted("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"%.1f\" fill=\"none\" stroke=\"%s\" stroke-dasharray=\"5 4\"/>\n",
-                    X(0.0), Y(0.0), X(radius) - X(0.0), colour);
+  svg_ +=
+      Formatted("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"%.1f\" fill=\"none\" stroke=\"%s\" stroke-dasharray=\"5 4\"/>\n",
+                X(0.0), Y(0.0), X(radius) - X(0.0), colour);
 }
 
 Picture::Picture(int width, int height, const std::string& title) : width_(width), height_(height) {
@@ -134,8 +132,8 @@ void Picture::Legend(const std::vector<std::pair<std::string, const char*>>& ent
 
 void Picture::Write(const std::string& path) const {
   std::ofstream out(path);
-  out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width_ << ' ' << height_ << "\" width=\"" << width_
-      << "\" height=\"" << height_ << "\" font-family=\"sans-serif\" font-size=\"12\">\n"
+  out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width_ << ' ' << height_ << "\" width=\""
+      << width_ << "\" height=\"" << height_ << "\" font-family=\"sans-serif\" font-size=\"12\">\n"
       << "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
       << body_ << "</svg>\n";
   out.close();

@@ -34,9 +34,12 @@ class OutputFile {
 
 const char* Name(Outcome outcome) {
   switch (outcome) {
-    case Outcome::solved: return "solved";
-    case Outcome::too_few: return "too few satellites";
-    default: return "inconsistent";
+    case Outcome::solved:
+      return "solved";
+    case Outcome::too_few:
+      return "too few satellites";
+    default:
+      return "inconsistent";
   }
 }
 

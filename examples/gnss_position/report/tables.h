@@ -14,8 +14,8 @@ namespace gnss {
 /// One line per epoch with a heading; epochs without a fix have their reason and empty fields.
 void WriteCsv(const std::string& path, const Processed& processed, const std::vector<ErrorRow>& errors);
 
-/// An m-file (Octave): the matrix `results`, one row per solved epoch, and a vector `columns` of its headings as comments;
-/// written by PrintMFile.
+/// An m-file (Octave): the matrix `results`, one row per solved epoch, and a vector `columns` of its headings as
+/// comments; written by PrintMFile.
 void WriteMFile(const std::string& path, const Processed& processed, const std::vector<ErrorRow>& errors);
 
 }  // namespace gnss

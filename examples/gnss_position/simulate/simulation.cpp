@@ -25,8 +25,8 @@ Ephemeris Message(int prn, const GpsTime& toe, const Ephemeris& orbit) {
   const double a = e.sqrt_a * e.sqrt_a;
   const double elapsed = toe - kStart;
   e.m0 = std::remainder(orbit.m0 + (std::sqrt(kGravityConstant / (a * a * a)) + e.delta_n) * elapsed, 2.0 * kPi);
-  e.omega0 = std::remainder(orbit.omega0 + (e.omega_dot - kEarthRotation) * elapsed + kEarthRotation * toe.seconds,
-                            2.0 * kPi);
+  e.omega0 =
+      std::remainder(orbit.omega0 + (e.omega_dot - kEarthRotation) * elapsed + kEarthRotation * toe.seconds, 2.0 * kPi);
   e.af0 = orbit.af0 + orbit.af1 * elapsed;
   return e;
 }
@@ -106,8 +106,8 @@ Vector3 TruePosition(int second) {
 // What the receiver knows nothing of: errors per satellite and the clock.
 struct Hidden {
   std::vector<double> orbit_error, multipath;
-  double clock = 0.45e-3;    // seconds
-  double drift = 6e-8;       // seconds per second
+  double clock = 0.45e-3;  // seconds
+  double drift = 6e-8;     // seconds per second
 
   explicit Hidden(Random& random) : orbit_error(kSatellites + 1), multipath(kSatellites + 1) {
     for (double& error : orbit_error) error = random.Normal();
