@@ -64,6 +64,6 @@ GpsTime TimeOrFail(const LineReader& in, const CalendarTime& calendar, const cha
   return FromCalendar(calendar);
 }
 
-int FullYear(int two_digits) { return two_digits + (two_digits < 80 ? 2000 : 1900); }
+int FullYear(int two_digits) { return two_digits < 0 ? 0 : two_digits + (two_digits < 80 ? 2000 : 1900); }
 
 }  // namespace gnss

@@ -28,7 +28,7 @@ void NextHeaderLine(LineReader& in);
 /// Checks and converts a date; `what` names the line in a complaint.
 GpsTime TimeOrFail(const LineReader& in, const CalendarTime& calendar, const char* what);
 
-/// The year of a two-digit field: 80 to 99 belong to the last century.
+/// The year of a two-digit field: 80 to 99 belong to the last century; a negative number gives no valid year.
 int FullYear(int two_digits);
 
 }  // namespace gnss
