@@ -16,6 +16,7 @@
 
 #include "quorvel/quorvel.h"
 #include "support/model.h"
+#include "support/text.h"
 
 using namespace quorvel::test;
 
@@ -63,14 +64,6 @@ double Value(Random& random) {
 
 void FillWith(SingleArrayMatrix& a, Random& random) {
   for (unsigned k = 0; k < a.StoredCount(); ++k) a.data()[k] = random.Chance(6) ? -0.0 : Value(random);
-}
-
-std::string TextOfFile(const std::string& path) {
-  std::string text;
-  std::FILE* file = std::fopen(path.c_str(), "r");
-  for (int c; file != nullptr && (c = std::fgetc(file)) != EOF;) text += static_cast<char>(c);
-  if (file != nullptr) std::fclose(file);
-  return text;
 }
 
 // Reads what the script wrote: for each matrix its sizes and its elements by rows.

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "quorvel/quorvel.h"
-#include "quirks/text.h"
 #include "support/codes.h"
 #include "support/make.h"
 #include "support/sparse.h"
+#include "support/text.h"
 
 using namespace quorvel::test;
 
@@ -17,13 +17,6 @@ namespace {
 
 using RS = RegularSparseMatrix;
 using SS = SymmetricSparseMatrix;
-
-template <class K>
-K Of(unsigned m, unsigned n, const std::vector<Cell>& cells) {
-  K a(m, n);
-  for (const Cell& c : cells) a.Put(c.row, c.col, c.value);
-  return a;
-}
 
 std::string Printed(const SparseMatrix& a, bool fixed = true, bool header = false) {
   return TextOf([&](std::FILE* f) { a.Print(f, fixed, header, 1, 5); });
@@ -34,14 +27,14 @@ std::string Triplets(const SparseMatrix& a, const char* element = "%g") {
 }
 
 TEST(SparsePrint, FullRows) {
-  EXPECT_EQ(Printed(Of<RS>(2, 3, {{0, 1, 2.5}, {1, 2, -1.0}})), "  0.0   2.5   0.0\n  0.0   0.0  -1.0\n\n");
-  EXPECT_EQ(Printed(Of<SS>(3, 3, {{0, 2, 4.0}, {1, 1, 3.0}})),
+  EXPECT_EQ(Printed(SparseOf<RS>(2, 3, {{0, 1, 2.5}, {1, 2, -1.0}})), "  0.0   2.5   0.0\n  0.0   0.0  -1.0\n\n");
+  EXPECT_EQ(Printed(SparseOf<SS>(3, 3, {{0, 2, 4.0}, {1, 1, 3.0}})),
             "  0.0   0.0   4.0\n  0.0   3.0   0.0\n  4.0   0.0   0.0\n\n");
-  EXPECT_EQ(Printed(Of<RS>(1, 2, {{0, 0, 0.5}}), false), "5.0e-01 0.0e+00\n\n");
+  EXPECT_EQ(Printed(SparseOf<RS>(1, 2, {{0, 0, 0.5}}), false), "5.0e-01 0.0e+00\n\n");
 }
 
 TEST(SparsePrint, Header) {
-  EXPECT_EQ(Printed(Of<RS>(1, 2, {{0, 0, 1.0}}), true, true),
+  EXPECT_EQ(Printed(SparseOf<RS>(1, 2, {{0, 0, 1.0}}), true, true),
             "type: RegularSparseMatrix 1X2\nDispensable: 0\tOk: 1\tNumber Singularities: -1\n\n  1.0   0.0\n\n");
   SS& s = Dispensable<SS>(1u);
   s.set_nsing(3);
@@ -83,22 +76,22 @@ TEST(SparsePrint, UnusualElements) {
 }
 
 TEST(SparseMFile, TheClosingTripletGivesTheSize) {
-  EXPECT_EQ(Triplets(Of<RS>(2, 3, {{0, 0, 5.0}})), "1 1 5\n2 3 0\n");
-  EXPECT_EQ(Triplets(Of<RS>(2, 3, {{0, 2, 5.0}})), "1 3 5\n2 3 0\n");               // no element in the last row
-  EXPECT_EQ(Triplets(Of<RS>(2, 3, {{1, 0, 5.0}})), "2 1 5\n2 3 0\n");               // none in the last column
-  EXPECT_EQ(Triplets(Of<RS>(2, 3, {{0, 2, 5.0}, {1, 0, 6.0}})), "1 3 5\n2 1 6\n");  // both are reached
+  EXPECT_EQ(Triplets(SparseOf<RS>(2, 3, {{0, 0, 5.0}})), "1 1 5\n2 3 0\n");
+  EXPECT_EQ(Triplets(SparseOf<RS>(2, 3, {{0, 2, 5.0}})), "1 3 5\n2 3 0\n");               // no element in the last row
+  EXPECT_EQ(Triplets(SparseOf<RS>(2, 3, {{1, 0, 5.0}})), "2 1 5\n2 3 0\n");               // none in the last column
+  EXPECT_EQ(Triplets(SparseOf<RS>(2, 3, {{0, 2, 5.0}, {1, 0, 6.0}})), "1 3 5\n2 1 6\n");  // both are reached
   EXPECT_EQ(Triplets(RS(2, 3)), "2 3 0\n");
-  EXPECT_EQ(Triplets(Of<SS>(3, 3, {{0, 2, 4.0}})), "1 3 4\n3 1 4\n");  // an element in the last column reaches both
-  EXPECT_EQ(Triplets(Of<SS>(3, 3, {{0, 1, 4.0}})), "1 2 4\n2 1 4\n3 3 0\n");
+  EXPECT_EQ(Triplets(SparseOf<SS>(3, 3, {{0, 2, 4.0}})), "1 3 4\n3 1 4\n");  // an element in the last column reaches both
+  EXPECT_EQ(Triplets(SparseOf<SS>(3, 3, {{0, 1, 4.0}})), "1 2 4\n2 1 4\n3 3 0\n");
 }
 
 TEST(SparseMFile, SymmetricRowsBeginWithTheMirroredPart) {
-  EXPECT_EQ(Triplets(Of<SS>(3, 3, {{0, 0, 1.0}, {0, 1, 2.0}, {0, 2, 3.0}, {1, 1, 4.0}, {1, 2, 5.0}, {2, 2, 6.0}})),
+  EXPECT_EQ(Triplets(SparseOf<SS>(3, 3, {{0, 0, 1.0}, {0, 1, 2.0}, {0, 2, 3.0}, {1, 1, 4.0}, {1, 2, 5.0}, {2, 2, 6.0}})),
             "1 1 1\n1 2 2\n1 3 3\n2 1 2\n2 2 4\n2 3 5\n3 1 3\n3 2 5\n3 3 6\n");
 }
 
 TEST(SparseMFile, StoredZerosAreWritten) {
-  RS a = Of<RS>(2, 2, {{1, 1, 3.0}});
+  RS a = SparseOf<RS>(2, 2, {{1, 1, 3.0}});
   a.MultRow(1, 0.0);
   EXPECT_EQ(Triplets(a, "%.1f"), "2 2 0.0\n");
 }
@@ -114,17 +107,14 @@ TEST(SparseMFile, EmptyMatricesWriteNothingAndAreConsumed) {
 }
 
 std::string ReadBack(const std::string& path) {
-  std::string text;
-  std::FILE* file = std::fopen(path.c_str(), "r");
-  for (int c; file != nullptr && (c = std::fgetc(file)) != EOF;) text += static_cast<char>(c);
-  if (file != nullptr) std::fclose(file);
+  const std::string text = TextOfFile(path);
   std::remove(path.c_str());
   return text;
 }
 
 TEST(SparseMFile, Paths) {
   const std::string path = ::testing::TempDir() + "quorvel_sparse_text_test.txt";
-  PrintMFile(Of<RS>(1, 2, {{0, 1, 1.5}}), path.c_str(), "unused", "%g", "% row column value\n");
+  PrintMFile(SparseOf<RS>(1, 2, {{0, 1, 1.5}}), path.c_str(), "unused", "%g", "% row column value\n");
   EXPECT_EQ(ReadBack(path), "% row column value\n1 2 1.5\n");
   PrintMFile(Dispensable<SS>(2u), path.c_str(), nullptr, "%.2f");
   EXPECT_EQ(ReadBack(path), "2 2 0.00\n");

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "quorvel/quorvel.h"
-#include "quirks/text.h"
+#include "support/text.h"
 #include "support/codes.h"
 #include "support/make.h"
 

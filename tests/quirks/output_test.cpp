@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "quirks/text.h"
+#include "support/text.h"
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
 #include "support/make.h"

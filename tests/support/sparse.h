@@ -44,6 +44,14 @@ std::vector<unsigned> PlacesOf(const SparseMatrix& a);
 // Feeds sizes, count and elements to the digest.
 void FeedDigest(const SparseMatrix& a);
 
+// A matrix with these elements.
+template <class K>
+K SparseOf(unsigned m, unsigned n, const std::vector<Cell>& cells) {
+  K a(m, n);
+  for (const Cell& c : cells) a.Put(c.row, c.col, c.value);
+  return a;
+}
+
 // Puts `count` times a whole number from -9 to 9 on a random cell (zeros remove).
 void Scatter(SparseMatrix& a, unsigned count, Random& random);
 
