@@ -2,7 +2,10 @@
 //
 // w is kept transposed (line k holds w(k) of all rows i of the strip), so that the strip lies across the registers in
 // both products:  w'(k, i) = sum Q(k, t) X'(t, i)  and  s(j, i) = sum X(j, t) w'(t, i), j >= i.
+// (Where X is given by its columns, its rows are the better direction in the second one.)
 #include "ops/congruence.h"
+
+#include "core/packed.h"
 
 namespace quorvel::detail {
 namespace {
@@ -11,6 +14,17 @@ constexpr unsigned strip = 24;  // a multiple of every instance's tile
 constexpr unsigned stack_lines = 64;
 using StripScratch = SmallScratch<strip * stack_lines>;
 
+/// Rows begin .. end - 1 of s when the lines of x are its columns: then the rows of X' lie across the registers as they
+/// are. What is left of s from row `begin` on is a packed triangle itself.
+void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned begin, unsigned end, unsigned m) {
+  const unsigned left = s.ndim() - begin;
+  const Target rest{s.data() + packed_row(begin, s.ndim()), static_cast<kernel_offset>(left) - 1, 1, Form::by_rows,
+                    Shape::upper};
+  Factor xt = Transposed(x);
+  xt.first += begin;
+  kernels().multiply(rest, 0, Transposed(FactorOf(w, strip)), xt, 0, {0, end - begin, 0, left, m});
+}
+
 template <class FillStrip>
 void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned n, unsigned m, FillStrip fill_strip) {
   StripScratch scratch(std::uint64_t{strip} * m);
@@ -18,7 +32,11 @@ void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned n, unsigned m, FillS
   for (unsigned begin = 0; begin < n; begin += strip) {
     const unsigned end = n - begin < strip ? n : begin + strip;
     fill_strip(w, begin, end);
-    kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, strip), begin, {begin, n, begin, end, m});
+    if (x.form == Form::by_columns) {
+      TrailingUpperStrip(s, x, w, begin, end, m);
+    } else {
+      kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, strip), begin, {begin, n, begin, end, m});
+    }
   }
 }
 

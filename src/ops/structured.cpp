@@ -69,12 +69,11 @@ double FirstOfRow(const Factor& v, index_t k) noexcept {
   return v.first[static_cast<detail::kernel_offset>(k) * v.stride];
 }
 
-/// w(i) = sum over k of v(k) * P(k, i), v being the first column of a factor by rows.
-void FillWeighted(double* w, const Factor& v, const SymmetricMatrix& p) noexcept {
-  detail::kernels().multiply(detail::TargetOf(w, 1), 0, FactorOf(p), v, 0, {0, p.ndim(), 0, 1, p.ndim()});
-}
-void FillWeighted(double* w, const Factor& v, const RegularMatrix& p) noexcept {
-  detail::kernels().multiply(detail::TargetOf(w, 1), 0, Transposed(FactorOf(p)), v, 0, {0, p.ncols(), 0, 1, p.nrows()});
+/// w = v' P, w(i) = sum over k of v(k) * P(k, i), v being the first column of a factor by rows.
+template <class P>
+void FillWeighted(double* w, const Factor& v, const P& p) noexcept {
+  const index_t n = p.ncols();
+  detail::kernels().multiply(detail::TargetOf(w, n), 0, Transposed(v), FactorOf(p), 0, {0, 1, 0, n, n});
 }
 void FillWeighted(double* w, const Factor& v, const DiagonalMatrix& p) noexcept {
   for (index_t i = 0; i < p.ndim(); ++i) w[i] = 0.0 + FirstOfRow(v, i) * p.data()[i];
