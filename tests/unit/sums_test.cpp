@@ -161,7 +161,8 @@ TEST(Sums, SparseMatrixMinusItselfKeepsWhatIsNotANumber) {
   a.Put(0, 0, 1.0);
   a.Put(0, 1, INFINITY);
   a.Put(1, 1, 2.0);
-  a -= a;
+  const RegularSparseMatrix& itself = a;
+  a -= itself;
   EXPECT_EQ(a.used, 1u);
   EXPECT_TRUE(std::isnan(a(0, 1)));
   EXPECT_TRUE(a.ok());
