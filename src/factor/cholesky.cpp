@@ -77,20 +77,11 @@ void LowerRoot(double* l, index_t n) {
 }
 
 void UpperRoot(const double* a, double* u, index_t n) {
-  constexpr std::size_t on_stack = packed_count(small_order) + 2 * small_order;
-  WorkArea<on_stack> work(packed_count(n) + 2 * std::uint64_t{n});
-  double* const s = work.data();
-  double* const x = s + n;
-  double* const columns = x + n;
-  PackedToColumns(a, n, columns);
-  for (index_t c = n; c-- > 0;) {
-    for (index_t k = c + 1; k < n; ++k) x[k - c - 1] = ColumnOf(columns, k)[c];
-    RightSums(columns, n, c, s, x);
-    double* const column = ColumnOf(columns, c);
+  const auto as_it_is = [](index_t, double e) noexcept { return e; };
+  FactorFromLastColumn(a, u, n, as_it_is, [](index_t c, double* column, const double* s) noexcept {
     column[c] = std::sqrt(column[c] - s[c]);
     for (index_t r = 0; r < c; ++r) column[r] = (column[r] - s[r]) / column[c];
-  }
-  ColumnsToPacked(columns, n, u);
+  });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #define QUORVEL_FACTOR_LEFT_LOOKING_H
 
 #include "core/storage.h"
+#include "core/work_area.h"
 #include "factor/axpy.h"
 
 namespace quorvel::detail {
@@ -37,6 +38,24 @@ inline void ColumnsToPacked(const double* columns, index_t n, double* packed) no
 inline void RightSums(const double* columns, index_t n, index_t c, double* s, const double* x) noexcept {
   FillDoubles(s, 0.0, c + 1);
   AddScaledRows(s, c + 1, c + 1, n, x, [=](index_t k) noexcept { return ColumnOf(columns, k); });
+}
+
+/// The factor u of p (both packed), from the last column to the first. weight(k, e) turns element e of column k of the
+/// factor into what it is multiplied by in the sums; finish(j, column, s) turns column j of p, rows 0 .. j, into that of
+/// the factor, s being its sums over the columns behind it.
+template <class Weight, class Finish>
+void FactorFromLastColumn(const double* p, double* u, index_t n, Weight weight, Finish finish) {
+  WorkArea<packed_count(small_order) + 2 * small_order> work(packed_count(n) + 2 * std::uint64_t{n});
+  double* const s = work.data();
+  double* const x = s + n;
+  double* const columns = x + n;
+  PackedToColumns(p, n, columns);
+  for (index_t j = n; j-- > 0;) {
+    for (index_t k = j + 1; k < n; ++k) x[k - j - 1] = weight(k, ColumnOf(columns, k)[j]);
+    RightSums(columns, n, j, s, x);
+    finish(j, ColumnOf(columns, j), s);
+  }
+  ColumnsToPacked(columns, n, u);
 }
 
 }  // namespace quorvel::detail

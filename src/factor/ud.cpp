@@ -18,23 +18,14 @@
 namespace quorvel::detail {
 namespace {
 
-/// Columns last to first: s[i] = sum of U(i, k)*d(k)*U(j, k), k > j, for i <= j, is handed to finish(j, column, s), which
-/// turns the column of P into that of U and returns d(j).
-template <class Finish>
-void FactorColumns(double* u, double* d, const double* p, index_t n, Finish finish) {
-  constexpr std::size_t on_stack = packed_count(small_order) + 2 * small_order;
-  WorkArea<on_stack> work(packed_count(n) + 2 * std::uint64_t{n});
-  double* const s = work.data();
-  double* const x = s + n;
-  double* const columns = x + n;
-  PackedToColumns(p, n, columns);
-  for (index_t j = n; j-- > 0;) {
-    for (index_t k = j + 1; k < n; ++k) x[k - j - 1] = d[k] * ColumnOf(columns, k)[j];
-    RightSums(columns, n, j, s, x);
-    d[j] = finish(j, ColumnOf(columns, j), s);
-  }
-  for (index_t j = 0; j < n; ++j) ColumnOf(columns, j)[j] = 1.0;
-  ColumnsToPacked(columns, n, u);
+/// Both factorisations: pivot(j, column, s) turns column j of P into that of U above the diagonal and returns d(j).
+template <class Pivot>
+void FactorColumns(double* u, double* d, const double* p, index_t n, Pivot pivot) {
+  const auto weighted = [=](index_t k, double e) noexcept { return d[k] * e; };
+  FactorFromLastColumn(p, u, n, weighted, [&](index_t j, double* column, const double* s) noexcept {
+    d[j] = pivot(j, column, s);
+    column[j] = 1.0;
+  });
 }
 
 template <class Elements>

@@ -168,4 +168,15 @@ Grid SymmetricOfFactors(const std::vector<double>& d, Random& random) {
   return a;
 }
 
+RankSample SampleOfKnownRank(unsigned n, Random& random) {
+  const double pivots[] = {0.0, 1.0, 4.0, 16.0};
+  RankSample sample;
+  for (unsigned i = 0; i < n; ++i) {
+    sample.d.push_back(pivots[i == 0 ? 1 + random.Below(3) : random.Below(4)]);
+    sample.zeros += sample.d.back() == 0.0 ? 1 : 0;
+  }
+  sample.a = SymmetricOfFactors(sample.d, random);
+  return sample;
+}
+
 }  // namespace quorvel::test

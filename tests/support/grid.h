@@ -64,6 +64,15 @@ Grid SymmetricSample(Family family, unsigned n, Random& random);
 // has a positive diagonal element (the first excepted).
 Grid SymmetricOfFactors(const std::vector<double>& d, Random& random);
 
+// Such a matrix whose D holds 0, 1, 4 and 16, but no 0 first: all roots are exact, so that a Cholesky factor in doubles
+// meets a pivot of exactly 0 for each 0 in D.
+struct RankSample {
+  std::vector<double> d;
+  int zeros = 0;
+  Grid a;
+};
+RankSample SampleOfKnownRank(unsigned n, Random& random);
+
 }  // namespace quorvel::test
 
 #endif

@@ -221,19 +221,12 @@ TEST(CholeskyDense, DiagonalIsTheReciprocalOfTheReciprocal) {
 // Whole numbers throughout: pivots 1, 4 and 16 have exact roots, so a singular pivot is exactly 0.
 TEST(CholeskyDense, CountsOfConstructedRank) {
   Random random(503);
-  const double pivots[] = {0.0, 1.0, 4.0, 16.0};
   for (unsigned trial = 0; trial < 500; ++trial) {
-    const unsigned n = 1 + random.Below(20);
-    std::vector<double> d(n);
-    int zeros = 0;
-    for (unsigned i = 0; i < n; ++i) {
-      d[i] = pivots[i == 0 ? 1 + random.Below(3) : random.Below(4)];
-      zeros += d[i] == 0.0 ? 1 : 0;
-    }
-    const SymmetricMatrix A(SymmetricOf(SymmetricOfFactors(d, random)));
+    const RankSample sample = SampleOfKnownRank(1 + random.Below(20), random);
+    const SymmetricMatrix A(SymmetricOf(sample.a));
     const LowerTriangularMatrix L(CholeskyFactor(A, 1e-12));
-    ASSERT_EQ(L.nsing(), zeros) << "trial " << trial;
-    for (unsigned i = 0; i < n; ++i) ASSERT_EQ(L(i, i), std::sqrt(d[i])) << "trial " << trial;
+    ASSERT_EQ(L.nsing(), sample.zeros) << "trial " << trial;
+    for (unsigned i = 0; i < L.ndim(); ++i) ASSERT_EQ(L(i, i), std::sqrt(sample.d[i])) << "trial " << trial;
   }
 }
 
@@ -399,18 +392,11 @@ TEST(InverseByCholeskyDense, ConsumesATemporary) {
 
 TEST(InverseByCholeskyDense, CountsOfConstructedRank) {
   Random random(509);
-  const double pivots[] = {0.0, 1.0, 4.0, 16.0};
   for (unsigned trial = 0; trial < 500; ++trial) {
-    const unsigned n = 4 + random.Below(17);
-    std::vector<double> d(n);
-    int zeros = 0;
-    for (unsigned i = 0; i < n; ++i) {
-      d[i] = pivots[i == 0 ? 1 + random.Below(3) : random.Below(4)];
-      zeros += d[i] == 0.0 ? 1 : 0;
-    }
-    const SymmetricMatrix A(SymmetricOf(SymmetricOfFactors(d, random)));
+    const RankSample sample = SampleOfKnownRank(4 + random.Below(17), random);
+    const SymmetricMatrix A(SymmetricOf(sample.a));
     const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
-    ASSERT_EQ(inverse.nsing(), zeros) << "trial " << trial;
-    ASSERT_EQ(A.nsing(), zeros) << "trial " << trial;
+    ASSERT_EQ(inverse.nsing(), sample.zeros) << "trial " << trial;
+    ASSERT_EQ(A.nsing(), sample.zeros) << "trial " << trial;
   }
 }

@@ -209,18 +209,11 @@ TEST(CholeskySparse, EmptyRowIsSkipped) {
 
 TEST(CholeskySparse, CountsOfConstructedRank) {
   Random random(533);
-  const double pivots[] = {0.0, 1.0, 4.0, 16.0};
   for (unsigned trial = 0; trial < 500; ++trial) {
-    const unsigned n = 1 + random.Below(20);
-    std::vector<double> d(n);
-    int zeros = 0;
-    for (unsigned i = 0; i < n; ++i) {
-      d[i] = pivots[i == 0 ? 1 + random.Below(3) : random.Below(4)];
-      zeros += d[i] == 0.0 ? 1 : 0;
-    }
-    const SymmetricSparseMatrix A(SparseOf(SymmetricOfFactors(d, random)));
+    const RankSample sample = SampleOfKnownRank(1 + random.Below(20), random);
+    const SymmetricSparseMatrix A(SparseOf(sample.a));
     const RegularSparseMatrix L(CholeskyFactor(A, 1e-12));
-    ASSERT_EQ(L.nsing(), zeros) << "trial " << trial;
+    ASSERT_EQ(L.nsing(), sample.zeros) << "trial " << trial;
   }
 }
 
