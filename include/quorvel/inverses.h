@@ -48,6 +48,25 @@ QUORVEL_API RegularMatrix& inv(const RegularMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv(SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv(const SymmetricMatrix& A, bool inPlace = false);
 
+// Sparse kinds. Zeros of the result are not stored, and for finite matrices its other values are those of the dense
+// inverse to the last bit. In place the inverse takes the place of A's store when it is complete; it has A's block size. Beside it there
+// are lists of the reflection vectors and of R, and panels of 32 columns; exhausted memory is a std::bad_alloc.
+
+/// By reflections, orders 2 and 3 included. Codes and counts as for a regular matrix: 50940, 40900.
+QUORVEL_API RegularSparseMatrix& inv(RegularSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv(const RegularSparseMatrix& A, bool inPlace = false);
+/// The upper triangle of the general inverse; orders 2 and 3 go to inv2x2 and inv3x3. Throws 50940; orders 2 and 3: 50000.
+QUORVEL_API SymmetricSparseMatrix& inv(SymmetricSparseMatrix& A, bool inPlace = false);
+QUORVEL_API SymmetricSparseMatrix& inv(const SymmetricSparseMatrix& A, bool inPlace = false);
+
+/// The inverse of an upper (inv_ut) or lower (inv_lt) triangle that is kept in a regular sparse matrix; elements of the other
+/// triangle must not be there and are not read. An absent diagonal element is a singular pivot. Orders 2 and 3 have no
+/// closed form here. Throws 50500 (not ok), 40500 (not square). Time: n² and the products of stored elements.
+QUORVEL_API RegularSparseMatrix& inv_ut(RegularSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv_ut(const RegularSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv_lt(RegularSparseMatrix& A, bool inPlace = false);
+QUORVEL_API RegularSparseMatrix& inv_lt(const RegularSparseMatrix& A, bool inPlace = false);
+
 // ---------------------------------------------------------------------------------------------------------------------
 // A > b: left division. The solution X of A·X = b, column by column of b.
 //
@@ -89,5 +108,17 @@ QUORVEL_API SymmetricMatrix& inv(const SymmetricMatrix& A, bool inPlace = false)
 [[nodiscard]] QUORVEL_API RegularMatrix& operator>(RegularMatrix& A, RegularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator>(const RegularMatrix& A, RegularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator>(const RegularMatrix& A, const RegularMatrix& b);
+
+/// The same elimination and refinement on a dense copy of A (2n² doubles of scratch; 10680 or std::bad_array_new_length
+/// when that is too much), so the same solution. A sparse solution holds no zeros.
+[[nodiscard]] QUORVEL_API RegularMatrix& operator>(RegularSparseMatrix& A, RegularMatrix& b);
+[[nodiscard]] QUORVEL_API RegularMatrix& operator>(const RegularSparseMatrix& A, RegularMatrix& b);
+[[nodiscard]] QUORVEL_API RegularMatrix& operator>(const RegularSparseMatrix& A, const RegularMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(RegularSparseMatrix& A, RegularSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(const RegularSparseMatrix& A, RegularSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(const RegularSparseMatrix& A, const RegularSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(SymmetricSparseMatrix& A, RegularSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(const SymmetricSparseMatrix& A, RegularSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator>(const SymmetricSparseMatrix& A, const RegularSparseMatrix& b);
 
 #endif

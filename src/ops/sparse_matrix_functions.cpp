@@ -4,29 +4,12 @@
 #include "quorvel/DiagonalMatrix.h"
 #include "quorvel/matrix_functions.h"
 #include "sparse/append.h"
+#include "sparse/column_writer.h"
 #include "sparse/cursor.h"
 
 using namespace quorvel::detail;
 
 namespace {
-
-/// Writes an empty matrix column by column, as RowWriter writes one row by row. Cells below the diagonal of a symmetric
-/// matrix are not for it.
-class ColumnWriter {
- public:
-  explicit ColumnWriter(SparseMatrix& target) : target_(target), rows_(target) {}
-
-  SparseElement* append(SparseElement* prevInCol, index_t row, index_t col, double value) {
-    SparseElement* const e = NewElement(target_, row, col, value);
-    (prevInCol != nullptr ? prevInCol->nextInCol : target_.colHeads[col]) = e;
-    rows_.link(row, col, e);
-    return e;
-  }
-
- private:
-  SparseMatrix& target_;
-  ListHints<ByRow> rows_;
-};
 
 /// The elements (r, c), r <= c, of A's column lists, column by column; zeros stay behind.
 template <class K>
