@@ -77,9 +77,9 @@ QUORVEL_API int Simplx(RegularMatrix& a, int m, int n, int m1, int m2, int m3, i
 /// k is the number of rows that c has on entry (its contents do not matter); c becomes k x 1. t and y are read by their
 /// first column. rms = sqrt(sum / m), the root mean square of the residuals (divided by m, not by m - k); 0 for m = 0.
 ///
-/// k = 0 leaves c and gives the rms of y itself. Fewer distinct abscissae than k make N singular: pivots are then
-/// zeroed and counted in N, whose count is lost. Choose t of order 1 and centred on 0: the normal equations square the
-/// condition number (degree 5 on 0 .. 20 leaves 5 correct digits).
+/// k = 0 leaves c and gives the rms of y itself. Fewer distinct abscissae than k make N singular: coefficients of
+/// unusable pivots are 0, and their number is lost with N. Choose t of order 1 and centred on 0: normal equations square
+/// the condition number. They are solved to full accuracy (see A > b), so what is lost is lost in forming their sums.
 ///
 /// t and y are consumed when dispensable, also on failure; c never. Throws 56120 when t or y is not ok, 46120 when they
 /// differ in their number of rows or have no column, 50140 (and marks c not ok) when c is not ok, 10680, or the

@@ -86,6 +86,8 @@ double FromOnes(const RegularMatrix& x) {
   return worst;
 }
 
+bool Same(const RegularMatrix& a, const RegularMatrix& b) { return RegularMatrix(a - b) == 0.0; }
+
 // The last diagonal element of a square triangular factor has no reflection to make it positive.
 template <class K>
 double LogOfDiagonal(const K& factor) {
@@ -160,6 +162,29 @@ TEST_P(SquareMarket, DeterminantOfTheTriangularFactor) {
   HouseholderTransformation(R, true);
   digest::Feed(R);
   EXPECT_NEAR(LogOfDiagonal(R), known.log_determinant, known.condition * 1e-14 + kPrinted);
+}
+
+// A x = A 1 by elimination and by the inverse from reflections, of the matrix as it is and of a symmetric one.
+TEST_P(SquareMarket, SolutionAndInverse) {
+  NEEDS_MARKET;
+  const unsigned n = A.nrows();
+  const double bound = known.condition * 1e-12;
+  const RegularMatrix b(A * Ones(n));
+  const RegularMatrix x(A > b);
+  EXPECT_EQ(A.nsing(), 0);
+  EXPECT_LE(FromOnes(x), bound);
+  digest::Feed(x);
+  RegularMatrix inverse(A);
+  inv(inverse, true);
+  EXPECT_EQ(inverse.nsing(), 0);
+  EXPECT_LE(FromOnes(RegularMatrix(inverse * b)), bound);
+  digest::Feed(inverse);
+  const bool symmetric = Same(A, RegularMatrix(transpose(A)));
+  EXPECT_EQ(symmetric, name != "west0067" && name != "pores_1");
+  if (!symmetric) return;
+  const SymmetricMatrix S(sym(A));
+  EXPECT_LE(FromOnes(RegularMatrix(S > b)), bound);
+  EXPECT_LE(FromOnes(RegularMatrix(inv(S) * b)), bound);
 }
 
 // R'R = A'A, whose elements are the products of the columns.
