@@ -33,9 +33,8 @@ QUORVEL_API LowerTriangularMatrix& inv(LowerTriangularMatrix& A, bool inPlace = 
 QUORVEL_API LowerTriangularMatrix& inv(const LowerTriangularMatrix& A, bool inPlace = false);
 
 /// A⁻¹ = R⁻¹·Qᵀ by Householder reflections; orders 2 and 3 go to inv2x2 and inv3x3. A diagonal element of R whose square
-/// is less than 1e-22 times the squared length that its column had in A counts as 0: the inverse of a matrix with a
-/// condition beyond 1e11 or so is therefore that of a nearby singular one. To solve equations use A > b, which does no
-/// such thing. When the inverse goes to a new matrix, A's own singularity count becomes 0 (kept).
+/// is less than 1e-22 times the squared length that its column had in A counts as 0: beyond a condition of 1e11 or so the
+/// result may therefore belong to a nearby singular matrix. To solve equations use A > b, which does no such thing. When the inverse goes to a new matrix, A's own singularity count becomes 0 (kept).
 ///
 /// Throws 50940 (not ok), 40900 (not square); order 2 and 3: 50000. 4·n³ operations; n(n + 1) + 3n doubles of scratch,
 /// on the stack up to order 24. Golub, Van Loan: Matrix Computations, 5.2.
