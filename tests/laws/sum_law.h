@@ -110,6 +110,8 @@ void CheckSum(const A& a, const B& b, const Plain& expected) {
     B& second = state & 2 ? DispensableCopy(y) : y;
     const Matrix* const first_address = &first;
     const Matrix* const second_address = &second;
+    first.set_nsing(2);
+    second.set_nsing(3);
     const int reused = ExpectedReuse<R>(a, b, (state & 1) != 0, (state & 2) != 0);
     const Held<R> sum(Op::apply(first, second));
     const Matrix* const result = &*sum;
