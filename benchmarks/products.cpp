@@ -41,11 +41,13 @@ void Quorvel_AAT(benchmark::State& state) {
   for (auto _ : state) bench::Take(AAT(a));
 }
 void Quorvel_ATB(benchmark::State& state) {
-  const RegularMatrix a = bench::Regular(Order(state), Order(state), 1), b = bench::Regular(Order(state), Order(state), 2);
+  const unsigned n = Order(state);
+  const RegularMatrix a = bench::Regular(n, n, 1), b = bench::Regular(n, n, 2);
   for (auto _ : state) bench::Take(ATB(a, b));
 }
 void Quorvel_ABT(benchmark::State& state) {
-  const RegularMatrix a = bench::Regular(Order(state), Order(state), 1), b = bench::Regular(Order(state), Order(state), 2);
+  const unsigned n = Order(state);
+  const RegularMatrix a = bench::Regular(n, n, 1), b = bench::Regular(n, n, 2);
   for (auto _ : state) bench::Take(ABT(a, b));
 }
 void Quorvel_ATPA(benchmark::State& state) {

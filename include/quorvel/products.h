@@ -45,24 +45,32 @@
 ///     RegularMatrix C;
 ///     Mult(C, A, B);   // C = A * B, storage of C reused from one call to the next
 QUORVEL_API DiagonalMatrix& Mult(DiagonalMatrix& result, const DiagonalMatrix& a, const DiagonalMatrix& b);
-QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const DiagonalMatrix& a, const UpperTriangularMatrix& b);
-QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const DiagonalMatrix& a, const LowerTriangularMatrix& b);
+QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const DiagonalMatrix& a,
+                                        const UpperTriangularMatrix& b);
+QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const DiagonalMatrix& a,
+                                        const LowerTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const DiagonalMatrix& a, const SymmetricMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const DiagonalMatrix& a, const RegularMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const DiagonalMatrix& a, const RegularSparseMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const DiagonalMatrix& a, const SymmetricSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const DiagonalMatrix& a,
+                                      const RegularSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const DiagonalMatrix& a,
+                                      const SymmetricSparseMatrix& b);
 
-QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const UpperTriangularMatrix& a, const DiagonalMatrix& b);
-QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const UpperTriangularMatrix& a, const UpperTriangularMatrix& b);
+QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const UpperTriangularMatrix& a,
+                                        const DiagonalMatrix& b);
+QUORVEL_API UpperTriangularMatrix& Mult(UpperTriangularMatrix& result, const UpperTriangularMatrix& a,
+                                        const UpperTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const UpperTriangularMatrix& a, const LowerTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const UpperTriangularMatrix& a, const SymmetricMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const UpperTriangularMatrix& a, const RegularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const UpperTriangularMatrix& a, const RegularSparseMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const UpperTriangularMatrix& a, const SymmetricSparseMatrix& b);
 
-QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const LowerTriangularMatrix& a, const DiagonalMatrix& b);
+QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const LowerTriangularMatrix& a,
+                                        const DiagonalMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const LowerTriangularMatrix& a, const UpperTriangularMatrix& b);
-QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const LowerTriangularMatrix& a, const LowerTriangularMatrix& b);
+QUORVEL_API LowerTriangularMatrix& Mult(LowerTriangularMatrix& result, const LowerTriangularMatrix& a,
+                                        const LowerTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const LowerTriangularMatrix& a, const SymmetricMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const LowerTriangularMatrix& a, const RegularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const LowerTriangularMatrix& a, const RegularSparseMatrix& b);
@@ -84,21 +92,27 @@ QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularMatrix& a, c
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularMatrix& a, const RegularSparseMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularMatrix& a, const SymmetricSparseMatrix& b);
 
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a, const DiagonalMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a,
+                                      const DiagonalMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularSparseMatrix& a, const UpperTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularSparseMatrix& a, const LowerTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularSparseMatrix& a, const SymmetricMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const RegularSparseMatrix& a, const RegularMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a, const RegularSparseMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a, const SymmetricSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a,
+                                      const RegularSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const RegularSparseMatrix& a,
+                                      const SymmetricSparseMatrix& b);
 
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a, const DiagonalMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a,
+                                      const DiagonalMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const SymmetricSparseMatrix& a, const UpperTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const SymmetricSparseMatrix& a, const LowerTriangularMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const SymmetricSparseMatrix& a, const SymmetricMatrix& b);
 QUORVEL_API RegularMatrix& Mult(RegularMatrix& result, const SymmetricSparseMatrix& a, const RegularMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a, const RegularSparseMatrix& b);
-QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a, const SymmetricSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a,
+                                      const RegularSparseMatrix& b);
+QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const SymmetricSparseMatrix& a,
+                                      const SymmetricSparseMatrix& b);
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// a * b as a new dispensable matrix; everything else as Mult. A factor's storage is never reused for the product.
@@ -115,7 +129,8 @@ QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const Symmetr
 [[nodiscard]] QUORVEL_API RegularSparseMatrix& operator*(const DiagonalMatrix& a, const SymmetricSparseMatrix& b);
 
 [[nodiscard]] QUORVEL_API UpperTriangularMatrix& operator*(const UpperTriangularMatrix& a, const DiagonalMatrix& b);
-[[nodiscard]] QUORVEL_API UpperTriangularMatrix& operator*(const UpperTriangularMatrix& a, const UpperTriangularMatrix& b);
+[[nodiscard]] QUORVEL_API UpperTriangularMatrix& operator*(const UpperTriangularMatrix& a,
+                                                           const UpperTriangularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const UpperTriangularMatrix& a, const LowerTriangularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const UpperTriangularMatrix& a, const SymmetricMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const UpperTriangularMatrix& a, const RegularMatrix& b);
@@ -124,7 +139,8 @@ QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const Symmetr
 
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& operator*(const LowerTriangularMatrix& a, const DiagonalMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const LowerTriangularMatrix& a, const UpperTriangularMatrix& b);
-[[nodiscard]] QUORVEL_API LowerTriangularMatrix& operator*(const LowerTriangularMatrix& a, const LowerTriangularMatrix& b);
+[[nodiscard]] QUORVEL_API LowerTriangularMatrix& operator*(const LowerTriangularMatrix& a,
+                                                           const LowerTriangularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const LowerTriangularMatrix& a, const SymmetricMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const LowerTriangularMatrix& a, const RegularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const LowerTriangularMatrix& a, const RegularSparseMatrix& b);
@@ -160,7 +176,8 @@ QUORVEL_API RegularSparseMatrix& Mult(RegularSparseMatrix& result, const Symmetr
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const SymmetricSparseMatrix& a, const SymmetricMatrix& b);
 [[nodiscard]] QUORVEL_API RegularMatrix& operator*(const SymmetricSparseMatrix& a, const RegularMatrix& b);
 [[nodiscard]] QUORVEL_API RegularSparseMatrix& operator*(const SymmetricSparseMatrix& a, const RegularSparseMatrix& b);
-[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator*(const SymmetricSparseMatrix& a, const SymmetricSparseMatrix& b);
+[[nodiscard]] QUORVEL_API RegularSparseMatrix& operator*(const SymmetricSparseMatrix& a,
+                                                         const SymmetricSparseMatrix& b);
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// Mult(result, a, s): result = s * a, the size taken from a. Returns the result, which may be a.

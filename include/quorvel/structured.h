@@ -69,7 +69,8 @@
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfProduct(const RegularMatrix& A, const RegularMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfProduct(const RegularMatrix& A, const RegularSparseMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfProduct(const RegularSparseMatrix& A, const RegularMatrix& B);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SymmetricOfProduct(const RegularSparseMatrix& A, const RegularSparseMatrix& B);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SymmetricOfProduct(const RegularSparseMatrix& A,
+                                                                    const RegularSparseMatrix& B);
 QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const RegularSparseMatrix& A,
                                                 const RegularSparseMatrix& B);
 
@@ -78,7 +79,8 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfABT(const RegularMatrix& A, const RegularMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfABT(const RegularMatrix& A, const RegularSparseMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SymmetricOfABT(const RegularSparseMatrix& A, const RegularMatrix& B);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SymmetricOfABT(const RegularSparseMatrix& A, const RegularSparseMatrix& B);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SymmetricOfABT(const RegularSparseMatrix& A,
+                                                                const RegularSparseMatrix& B);
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// UTU(U) = U' U of an upper triangular U (this is not U U'): (i, j) = sum over k <= min(i, j) of U(k, i) * U(k, j).
@@ -114,10 +116,14 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 [[nodiscard]] QUORVEL_API SymmetricMatrix& ATPA(const RegularSparseMatrix& A, const SymmetricMatrix& P);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularMatrix& A, const SymmetricMatrix& P, unsigned block);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularMatrix& A, const DiagonalMatrix& P, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularMatrix& A, const SymmetricSparseMatrix& P, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const SymmetricMatrix& P, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const DiagonalMatrix& P, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const SymmetricSparseMatrix& P, unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularMatrix& A, const SymmetricSparseMatrix& P,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const SymmetricMatrix& P,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const DiagonalMatrix& P,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& ATPA(const RegularSparseMatrix& A, const SymmetricSparseMatrix& P,
+                                                      unsigned block);
 
 /// AQAT(A, Q) = A Q A': covariance propagation. A is n x m, Q is m x m, the result of order n:
 /// w(k) = sum over t of A(i, t) * Q(t, k), then (i, j) = sum over t of w(t) * A(j, t), j >= i. Thrown: 40000 when the
@@ -133,11 +139,16 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 [[nodiscard]] QUORVEL_API SymmetricMatrix& AQAT(const UpperTriangularMatrix& A, const SymmetricMatrix& Q);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularMatrix& A, const SymmetricMatrix& Q, unsigned block);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularMatrix& A, const DiagonalMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularMatrix& A, const SymmetricSparseMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const SymmetricMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const DiagonalMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const SymmetricSparseMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const UpperTriangularMatrix& A, const SymmetricMatrix& Q, unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularMatrix& A, const SymmetricSparseMatrix& Q,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const SymmetricMatrix& Q,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const DiagonalMatrix& Q,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const RegularSparseMatrix& A, const SymmetricSparseMatrix& Q,
+                                                      unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& AQAT(const UpperTriangularMatrix& A, const SymmetricMatrix& Q,
+                                                      unsigned block);
 
 /// SQS(S, Q) = S Q S, of the common order: w(k) = sum over t of S(i, t) * Q(t, k), then (i, j) = sum over t of
 /// w(t) * S(t, j), j >= i. A diagonal S scales rows and columns: each sum has one term. Thrown, block sizes, cost and
@@ -147,10 +158,14 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SQS(const SymmetricMatrix& S, const SymmetricSparseMatrix& Q);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SQS(const SymmetricSparseMatrix& S, const SymmetricMatrix& Q);
 [[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const DiagonalMatrix& S, const SymmetricMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricMatrix& S, const SymmetricMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricMatrix& S, const SymmetricSparseMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricSparseMatrix& S, const SymmetricMatrix& Q, unsigned block);
-[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricSparseMatrix& S, const SymmetricSparseMatrix& Q, unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricMatrix& S, const SymmetricMatrix& Q,
+                                                     unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricMatrix& S, const SymmetricSparseMatrix& Q,
+                                                     unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricSparseMatrix& S, const SymmetricMatrix& Q,
+                                                     unsigned block);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& SQS(const SymmetricSparseMatrix& S, const SymmetricSparseMatrix& Q,
+                                                     unsigned block);
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// PWeightedNorm(A, P) = v' P v with v the first column of A: the squared norm of residuals v with weights P (no root

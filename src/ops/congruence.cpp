@@ -16,7 +16,8 @@ using StripScratch = SmallScratch<strip * stack_lines>;
 
 /// Rows begin .. end - 1 of s when the lines of x are its columns: then the rows of X' lie across the registers as they
 /// are. What is left of s from row `begin` on is a packed triangle itself.
-void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned begin, unsigned end, unsigned m) {
+void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned begin, unsigned end,
+                        unsigned m) {
   const unsigned left = s.ndim() - begin;
   const Target rest{s.data() + packed_row(begin, s.ndim()), static_cast<kernel_offset>(left) - 1, 1, Form::by_rows,
                     Shape::upper};

@@ -11,8 +11,8 @@
 
 namespace quorvel::detail {
 
-/// s = X Q X', X being n x m and Q m x m; s is the packed array of order n. Element (i, j), i <= j, is the sum over t of
-/// w(t) * X(j, t), with w(k) = sum over t of X(i, t) * Q(t, k), all t increasing. X' Q X is the same with X transposed.
+/// s = X Q X', X being n x m and Q m x m; s is the packed array of order n. Element (i, j), i <= j, is the sum over t
+/// of w(t) * X(j, t), with w(k) = sum over t of X(i, t) * Q(t, k), all t increasing. X' Q X is the same with X transposed.
 void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n, unsigned m);
 
 /// As Congruence for a diagonal Q, given by its m doubles.

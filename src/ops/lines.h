@@ -2,8 +2,8 @@
 //
 //   c(i, .) = sum over k of x(i, k) * y(k, .)
 //
-// x and y are matrices read by lines, either their rows or their columns (RowsOf, ColumnsOf), so that this one loop gives
-// A B, A' B, A B' and all that is made of them. Each element of c takes its terms in increasing k, and only positions
+// x and y are matrices read by lines, either their rows or their columns (RowsOf, ColumnsOf), so that this one loop
+// gives A B, A' B, A B' and all that is made of them. Each element of c takes its terms in increasing k, and only positions
 // that both sides have give a term. The cost is one multiplication per term.
 #ifndef QUORVEL_OPS_LINES_H
 #define QUORVEL_OPS_LINES_H

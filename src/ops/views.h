@@ -43,7 +43,7 @@ inline Target TargetOf(double* data, kernel_offset stride) noexcept {
 }
 inline Target TargetOf(RegularMatrix& a) noexcept { return TargetOf(a.data(), static_cast<kernel_offset>(a.ncols())); }
 
-/// A packed array by its upper triangle (of a symmetric matrix: i <= j), or by the lower one, which is its mirror image.
+/// A packed array by its upper triangle (of a symmetric matrix: i <= j), or by the lower one, its mirror image.
 inline Target UpperTarget(SquareMatrix& a) noexcept {
   return {a.data(), static_cast<kernel_offset>(a.ndim()) - 1, 1, Form::by_rows, Shape::upper};
 }

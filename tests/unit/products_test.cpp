@@ -31,9 +31,8 @@ TEST(Products, UpperTimesUpper) {
 }
 
 TEST(Products, SymmetricTimesSymmetricIsRegular) {
-  static_assert(std::is_same_v<decltype(std::declval<const SymmetricMatrix&>() * std::declval<const SymmetricMatrix&>()),
-                               RegularMatrix&>);
   const SymmetricMatrix s = Of<SymmetricMatrix>(2, 2, {1, 2, 3});
+  static_assert(std::is_same_v<decltype(s * s), RegularMatrix&>);
   const RegularMatrix p(s * s);
   EXPECT_EQ(p.kind(), Matrix::regular);
   EXPECT_EQ(p(0, 0), 5.0);
