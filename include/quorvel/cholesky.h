@@ -76,4 +76,10 @@
 [[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(SymmetricMatrix& A, double tol);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(const SymmetricMatrix& A, double tol);
 
+/// The same for a sparse A, with a sparse inverse (which is mostly full, so this serves block-diagonal matrices best).
+/// Throws as the dense form, also 40393 (A not square); exhausted memory is a std::bad_alloc. A row without elements is
+/// skipped by the factorisation and counted by the triangular inverse.
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& InverseByCholesky(SymmetricSparseMatrix& A, double tol);
+[[nodiscard]] QUORVEL_API SymmetricSparseMatrix& InverseByCholesky(const SymmetricSparseMatrix& A, double tol);
+
 #endif

@@ -27,6 +27,10 @@ TEST(FactorisationCodes, InverseByCholesky) {
     const int code = n == 2 || n == 3 ? 50000 : 50510;
     TruthTable({code}, [n](Operand& o) { Release(InverseByCholesky(o.Make<S>(n), 1e-12)); });
   }
+  for (const unsigned n : {1u, 2u, 3u, 4u, 6u}) {
+    const int code = n == 2 || n == 3 ? 50000 : 50510;
+    TruthTable({code}, [n](Operand& o) { Release(InverseByCholesky(o.Make<SymmetricSparseMatrix>(n), 1e-12)); });
+  }
   S empty;
   empty.set_ok(false);
   EXPECT_CODE(Release(InverseByCholesky(empty, 1e-12)), 50510);

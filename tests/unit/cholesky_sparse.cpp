@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "quorvel/quorvel.h"
@@ -277,4 +278,54 @@ TEST(RankOne, SparseTargets) {
     ExpectSameValues(GridOf(std::as_const(S)), s, "symmetric");
     ExpectSoundStore(A);
   }
+}
+
+TEST(InverseByCholeskySparse, EqualsTheDenseInverse) {
+  Random random(536);
+  for (const unsigned n : {1u, 2u, 3u, 4u, 20u, 64u}) {
+    for (const unsigned per_row : {1u, 4u}) {
+      const Grid a = SparseSample(n, per_row, false, random);
+      const SymmetricMatrix dense(SymmetricOf(a));
+      const SymmetricSparseMatrix sparse(SparseOf(a));
+      const SymmetricMatrix expected(InverseByCholesky(dense, 1e-12));
+      const SymmetricSparseMatrix inverse(InverseByCholesky(sparse, 1e-12));
+      ExpectSameValues(GridOf(inverse), GridOf(expected), "inverse");
+      EXPECT_EQ(inverse.nsing(), expected.nsing());
+      EXPECT_EQ(sparse.nsing(), dense.nsing());
+      const SymmetricSparseMatrix again(InverseByCholesky(DispensableCopy(sparse), 1e-12));
+      ExpectSameValues(GridOf(again), GridOf(expected), "inverse of a temporary");
+      digest::Feed(inverse.used);
+    }
+  }
+}
+
+TEST(InverseByCholeskySparse, CountsOfConstructedRank) {
+  Random random(537);
+  for (unsigned trial = 0; trial < 500; ++trial) {
+    const RankSample sample = SampleOfKnownRank(4 + random.Below(12), random);
+    const SymmetricSparseMatrix A(SparseOf(sample.a));
+    const SymmetricSparseMatrix inverse(InverseByCholesky(A, 1e-12));
+    ASSERT_EQ(inverse.nsing(), sample.zeros) << "trial " << trial;
+    ASSERT_EQ(A.nsing(), sample.zeros) << "trial " << trial;
+  }
+}
+
+// A state without any element: skipped by the factor, counted by the triangular inverse.
+TEST(InverseByCholeskySparse, EmptyRow) {
+  SymmetricSparseMatrix A(4);
+  A.Put(0, 0, 4.0);
+  A.Put(2, 2, 16.0);
+  A.Put(3, 3, 1.0);
+  const SymmetricSparseMatrix inverse(InverseByCholesky(A, 1e-12));
+  EXPECT_EQ(A.nsing(), 0);
+  EXPECT_EQ(inverse.nsing(), 1);
+  EXPECT_EQ(inverse.used, 3u);
+  EXPECT_EQ(inverse(0, 0), 0.25);
+  EXPECT_EQ(inverse(2, 2), 0.0625);
+}
+
+TEST(InverseByCholeskySparse, OrderZeroIsABadArrayLength) {
+  const SymmetricSparseMatrix empty;
+  EXPECT_THROW(static_cast<void>(InverseByCholesky(empty, 1e-12)), std::bad_array_new_length);
+  EXPECT_EQ(ErrorState(), 0);
 }
