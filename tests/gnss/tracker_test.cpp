@@ -108,9 +108,10 @@ TEST(Process, JudgesTheMotion) {
   const NavigationData sky = Sky();
   std::vector<Fix> fixes = Fixes(Exact(sky, 20, 1.0, [](int) { return 0.0; }), sky);
   EXPECT_EQ(JudgeMotion(fixes), Motion::standing);
-  for (std::size_t k = 0; k < fixes.size(); ++k) {
-    fixes[k].position[0] += 12.0 * static_cast<double>(k);
-  }
+  // It leaves at the end.
+  fixes[18].position[0] += 15.0;
+  EXPECT_EQ(JudgeMotion(fixes), Motion::standing);
+  fixes[19].position[0] += 40.0;
   EXPECT_EQ(JudgeMotion(fixes), Motion::driving);
   EXPECT_EQ(JudgeMotion({}), Motion::standing);
   EXPECT_FALSE(MedianPosition({}).has_value());

@@ -72,9 +72,9 @@ Motion JudgeMotion(const std::vector<Fix>& fixes) {
   for (const Fix& fix : fixes) {
     if (fix.outcome != Outcome::solved) continue;
     ++all;
-    if (Length(fix.position - *median) < 50.0) ++near;
+    if (Length(fix.position - *median) < 30.0) ++near;
   }
-  return 10 * near >= 9 * all ? Motion::standing : Motion::driving;
+  return 100 * near >= 99 * all ? Motion::standing : Motion::driving;
 }
 
 Processed Process(const Observations& observations, const NavigationData& navigation, const ProcessSettings& settings,

@@ -39,7 +39,8 @@ using ProcessProgress = std::function<void(std::size_t done, std::size_t all)>;
 std::vector<Fix> SolveAll(const Observations& observations, const NavigationData& navigation,
                           const SolverSettings& settings, EpochCounts& counts, const ProcessProgress& progress = {});
 
-/// Standing when nine tenths of the fixes lie within 50 m of their median, else driving.
+/// Standing when 99 % of the fixes lie within 30 m of their median, else driving: to take a standing receiver for a
+/// driving one only costs some smoothing.
 Motion JudgeMotion(const std::vector<Fix>& fixes);
 
 /// Median of each coordinate over the solved fixes; nothing when there are none.
