@@ -8,7 +8,10 @@ set_source_files_properties("${PROJECT_SOURCE_DIR}/src/ops/kernels/portable.cpp"
 
 set(quorvel_kernel_flags_sse2 -msse2)
 set(quorvel_kernel_flags_avx2 -mavx2 -mno-fma)
-set(quorvel_kernel_flags_avx512 -mavx512f -mavx512dq -mavx512vl -mno-fma)
+set(quorvel_kernel_flags_avx512 -mavx512f -mavx512dq -mavx512vl)
+if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang") # where it would switch AVX-512 off again
+  list(APPEND quorvel_kernel_flags_avx512 -mno-fma)
+endif()
 
 set(QUORVEL_KERNEL_SETS) # those that are built beside the portable one
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
