@@ -107,11 +107,16 @@ TEST(Octave, ReadsEveryKindBitForBit) {
   }
   RegularSparseMatrix rs(6, 5), ends(2, 2);
   SymmetricSparseMatrix ss(6), low(5);
-  for (unsigned k = 0; k < 9; ++k) {
-    rs.Put(random.Below(5), random.Below(4), Value(random));  // neither last row nor last column: a closing triplet
-    ss.Put(random.Below(6), random.Below(6), Value(random));
-    low.Put(random.Below(4), random.Below(4), Value(random));
-  }
+  const auto scatter = [&random](SparseMatrix& a, unsigned m, unsigned n) {
+    for (unsigned k = 0; k < 9; ++k) {
+      const unsigned i = random.Below(m);
+      const unsigned j = random.Below(n);
+      a.Put(i, j, Value(random));
+    }
+  };
+  scatter(rs, 5, 4);  // neither last row nor last column: a closing triplet
+  scatter(ss, 6, 6);
+  scatter(low, 4, 4);
   ss.Put(5, 5, 1.0);
   ends = 0.1;
 

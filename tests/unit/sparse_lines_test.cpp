@@ -50,10 +50,15 @@ TEST(SparseLines, SumsAgainstTheFullMatrix) {
   for (unsigned n = 1; n <= 8; ++n) {
     SymmetricSparseMatrix s(n);
     RegularSparseMatrix r(n, n + 2);
-    for (unsigned k = 0; k < 2 * n; ++k) {
-      s.Put(random.Below(n), random.Below(n), random.Uniform());
-      r.Put(random.Below(n), random.Below(n + 2), random.Uniform());
-    }
+    const auto scatter = [&random](SparseMatrix& a) {
+      for (unsigned k = 0; k < 2 * a.rows; ++k) {
+        const unsigned i = random.Below(a.rows);
+        const unsigned j = random.Below(a.cols);
+        a.Put(i, j, random.Uniform());
+      }
+    };
+    scatter(s);
+    scatter(r);
     const auto check = [](const SparseMatrix& a) {
       for (unsigned i = 0; i < a.rows; ++i) {
         for (unsigned first = 0; first < a.cols; ++first) {
