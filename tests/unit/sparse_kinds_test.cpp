@@ -124,7 +124,7 @@ TYPED_TEST(SparseKinds, Moves) {
 TYPED_TEST(SparseKinds, ADispensableMatrixAssignedToItselfSurvives) {
   TypeParam& a = Dispensable<TypeParam>(2u, 2u);
   a.Put(0, 1, 3.0);
-  a = a;
+  a = static_cast<TypeParam&>(a);
   a = std::move(static_cast<TypeParam&>(a));
   a.Swap(a);
   EXPECT_EQ(CellsOf(a), (Cells{{0, 1, 3.0}}));

@@ -48,7 +48,9 @@ void Grow(K& a, Random& random) {
   a.SetGrowBy(5 + random.Below(9));
   Scatter(a, 30 + random.Below(60), random);
   for (unsigned k = random.Below(40); k-- > 0;) {
-    a.Put(random.Below(a.nrows()), random.Below(a.ncols()), 0.0);
+    const unsigned i = random.Below(a.nrows());
+    const unsigned j = random.Below(a.ncols());
+    a.Put(i, j, 0.0);
   }
 }
 
