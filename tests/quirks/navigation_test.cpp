@@ -112,5 +112,21 @@ TEST(NavigationQuirks, ScaleOfL1) {
   }
 }
 
+TEST(NavigationQuirks, PolyFitDividesByTheNumberOfPoints) {
+  RegularMatrix t(3, 1), y(3, 1), c(1, 1);
+  c = 1e300;  // does not matter
+  y(2) = 3.0;
+  double rms;
+  PolyFit(t, y, c, rms);
+  EXPECT_NEAR(c(0), 1.0, 1e-15);
+  EXPECT_NEAR(rms, std::sqrt((1.0 + 1.0 + 4.0) / 3), 1e-15);
+  // One abscissa does not determine a line: one coefficient is 0.
+  RegularMatrix line(2, 1);
+  t = 1.0;
+  PolyFit(t, y, line, rms);
+  EXPECT_TRUE(line(0) == 0.0 || line(1) == 0.0);
+  EXPECT_NEAR(line(0) + line(1), 1.0, 1e-15);
+}
+
 }  // namespace
 }  // namespace quorvel::test
