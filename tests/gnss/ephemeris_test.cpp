@@ -72,7 +72,7 @@ TEST(Ephemeris, ClockHasPolynomialRelativityAndGroupDelay) {
   EXPECT_NEAR(SatelliteClock(e, e.toc + 100.0), 1e-4 + 2e-9 + 1e-14 - 5e-9, 1e-18);
   e.e = 0.02;
   e.m0 = kPi / 2.0;
-  // -4.442807633e-10 e sqrt(A) sin E, the constant of the interface specification; E = M + e here to second order.
+  // -4.442807633e-10 e sqrt(A) sin E, the constant of the interface document; E = M + e here to second order.
   const double anomaly = kPi / 2.0 + 0.02;
   EXPECT_NEAR(SatelliteClock(e, e.toc) - (1e-4 - 5e-9), -4.442807633e-10 * 0.02 * 5153.7 * std::sin(anomaly), 1e-13);
 }

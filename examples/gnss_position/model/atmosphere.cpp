@@ -11,7 +11,7 @@ double IonosphereDelay(const Ionosphere& model, const Geodetic& receiver, double
                        const GpsTime& t) {
   if (!model.known) return 0.0;
 
-  // The specification counts angles in semicircles; the point where the ray meets the thin layer at 350 km.
+  // The model counts angles in semicircles; the point where the ray meets the thin layer at 350 km.
   const double el = elevation / kPi;
   const double psi = 0.0137 / (el + 0.11) - 0.022;
   const double latitude = std::clamp(receiver.latitude / kPi + psi * std::cos(azimuth), -0.416, 0.416);

@@ -8,10 +8,10 @@
 namespace gnss {
 
 constexpr double kSpeedOfLight = 299792458.0;       // m/s
-constexpr double kEarthRotation = 7.2921151467e-5;  // rad/s, the value of the GPS interface specification
+constexpr double kEarthRotation = 7.2921151467e-5;  // rad/s, the value of the GPS interface document
 constexpr double kGravityConstant = 3.986005e14;    // m^3/s^2, likewise (not the newer WGS 84 value)
 
-/// Clock and orbit parameters of one satellite, with the names of the GPS interface specification IS-GPS-200.
+/// Clock and orbit parameters of one satellite, with the names of the GPS interface document IS-GPS-200.
 /// Angles in radians, times in seconds, sqrt_a in sqrt(m).
 struct Ephemeris {
   int prn = 0;
