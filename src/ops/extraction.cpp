@@ -81,19 +81,19 @@ K& PrincipalBlock(const K& a, Bounds range) {
 
 namespace detail = quorvel::detail;
 
-#define EXTRACTION(T, S)                                                                                        \
-  RegularMatrix& GetSubMat(RegularMatrix& out, const S& src, unsigned firstRow, unsigned lastRow,               \
-                           unsigned firstCol, unsigned lastCol) {                                               \
-    return detail::Extracted(out, src, {firstRow, lastRow}, {firstCol, lastCol});                               \
-  }                                                                                                             \
-  RegularMatrix& SubMat(const S& src, unsigned firstRow, unsigned lastRow, unsigned firstCol, unsigned lastCol) { \
-    return detail::BlockOf(src, firstRow, lastRow, firstCol, lastCol);                                          \
+#define EXTRACTION(T, S)                                                                                             \
+  RegularMatrix& GetSubMat(RegularMatrix& out, const S& src, unsigned firstRow, unsigned lastRow, unsigned firstCol, \
+                           unsigned lastCol) {                                                                       \
+    return detail::Extracted(out, src, {firstRow, lastRow}, {firstCol, lastCol});                                    \
+  }                                                                                                                  \
+  RegularMatrix& SubMat(const S& src, unsigned firstRow, unsigned lastRow, unsigned firstCol, unsigned lastCol) {    \
+    return detail::BlockOf(src, firstRow, lastRow, firstCol, lastCol);                                               \
   }
 
-#define PRINCIPAL(K)                                                     \
-  K& GetSubMat(K& out, const K& src, unsigned first, unsigned last) {    \
-    return detail::Extracted(out, src, {first, last}, {first, last});    \
-  }                                                                      \
+#define PRINCIPAL(K)                                                  \
+  K& GetSubMat(K& out, const K& src, unsigned first, unsigned last) { \
+    return detail::Extracted(out, src, {first, last}, {first, last}); \
+  }                                                                   \
   K& SubMat(const K& src, unsigned first, unsigned last) { return detail::PrincipalBlock(src, {first, last}); }
 
 QUORVEL_DENSE_BLOCK_SOURCES(EXTRACTION, RegularMatrix)

@@ -65,7 +65,8 @@ class RowParts {
   RowParts(RowWriter& writer, SparseMatrix& target, index_t row) noexcept
       : writer_(writer), row_(row), prev_(nullptr), e_(target.rowHeads[row]) {}
 
-  /// Columns begin..end - 1 get the elements that `for_each` passes to its argument, in ascending columns, and no other.
+  /// Columns begin..end - 1 get the elements that `for_each` passes to its argument, in ascending columns, and no
+  /// other.
   template <class ForEach>
   void replace(Range cols, ForEach for_each) {
     if (cols.begin >= cols.end) return;
@@ -139,8 +140,7 @@ void WriteRows(SymmetricSparseMatrix& target, const Rule<S>& from, const Block& 
     }
     take_row({by_row.begin, by_row.end < by_col.begin ? by_row.end : by_col.begin});
     parts.replace(by_col, [&](auto put) {
-      ForNonZerosInCol(from, p - b.col + b.src_col,
-                       {by_col.begin - b.row + b.src_row, by_col.end - b.row + b.src_row},
+      ForNonZerosInCol(from, p - b.col + b.src_col, {by_col.begin - b.row + b.src_row, by_col.end - b.row + b.src_row},
                        [&](index_t i, double v) { put(i - b.src_row + b.row, v); });
     });
     take_row({by_row.begin > by_col.end ? by_row.begin : by_col.end, by_row.end});

@@ -1,6 +1,7 @@
-// The arithmetic of sums but for two sparse operands. Every element is a(i, j) + b(i, j) or a(i, j) - b(i, j) literally, with
-// implicit zeros read as +0.0 (so -0.0 + 0.0 gives 0.0), except where only a diagonal or stored sparse elements are added:
-// there the other elements of the result are those of one operand, negated in a difference that begins with the other.
+// The arithmetic of sums but for two sparse operands. Every element is a(i, j) + b(i, j) or a(i, j) - b(i, j)
+// literally, with implicit zeros read as +0.0 (so -0.0 + 0.0 gives 0.0), except where only a diagonal or stored sparse
+// elements are added: there the other elements of the result are those of one operand, negated in a difference that
+// begins with the other.
 #ifndef QUORVEL_OPS_SUM_METHODS_H
 #define QUORVEL_OPS_SUM_METHODS_H
 

@@ -22,8 +22,8 @@ struct Subtraction {
   static double of(double a, double b) noexcept { return a - b; }
 };
 
-/// Empties and sizes a sparse target that is no operand, while nothing else holds it: a dispensable one refuses to be resized and
-/// dies in the attempt.
+/// Empties and sizes a sparse target that is no operand, while nothing else holds it: a dispensable one refuses to be
+/// resized and dies in the attempt.
 template <class R>
 void SizeSparseTarget(R& target, index_t rows, index_t cols) {
   target.Clear();

@@ -92,8 +92,8 @@ void MergeReversed(SparseMatrix& target, const SparseMatrix& other) { Merge<Subt
 
 namespace detail = quorvel::detail;
 
-#define SUM_CONVERTED(X, Y)                                                                              \
-  X& X::operator+=(const Y& b) { return detail::ConvertedSum<detail::Addition>(*this, b); }              \
+#define SUM_CONVERTED(X, Y)                                                                 \
+  X& X::operator+=(const Y& b) { return detail::ConvertedSum<detail::Addition>(*this, b); } \
   X& X::operator-=(const Y& b) { return detail::ConvertedSum<detail::Subtraction>(*this, b); }
 
 QUORVEL_SPARSE_LIKE_SUMS(SUM_LIKE)

@@ -67,21 +67,27 @@ void CheckAllRefused() {
 
 #define PAIR(T, S) CheckAllRefused<T, S>();
 
-TEST(BlockErrors, DenseTargets) {
-  QUORVEL_DENSE_BLOCK_TARGETS(QUORVEL_DENSE_BLOCK_SOURCES, PAIR)
-  QUORVEL_DENSE_BLOCK_TARGETS(QUORVEL_SPARSE_BLOCK_SOURCES, PAIR)
-  QUORVEL_DENSE_BLOCK_SOURCES(PAIR, DiagonalMatrix)
-  QUORVEL_SPARSE_BLOCK_SOURCES(PAIR, DiagonalMatrix)
-}
+TEST(BlockErrors, DenseTargets){QUORVEL_DENSE_BLOCK_TARGETS(QUORVEL_DENSE_BLOCK_SOURCES, PAIR)
+                                    QUORVEL_DENSE_BLOCK_TARGETS(QUORVEL_SPARSE_BLOCK_SOURCES, PAIR)
+                                        QUORVEL_DENSE_BLOCK_SOURCES(PAIR, DiagonalMatrix)
+                                            QUORVEL_SPARSE_BLOCK_SOURCES(PAIR, DiagonalMatrix)}
 
-TEST(BlockErrors, SparseTargets) {
-  QUORVEL_SPARSE_BLOCK_TARGETS(QUORVEL_DENSE_BLOCK_SOURCES, PAIR)
-  QUORVEL_SPARSE_BLOCK_TARGETS(QUORVEL_SPARSE_BLOCK_SOURCES, PAIR)
-}
+TEST(BlockErrors, SparseTargets){QUORVEL_SPARSE_BLOCK_TARGETS(QUORVEL_DENSE_BLOCK_SOURCES, PAIR)
+                                     QUORVEL_SPARSE_BLOCK_TARGETS(QUORVEL_SPARSE_BLOCK_SOURCES, PAIR)}
 
 TEST(BlockErrors, OneObjectTwiceDiesOnce) {
-  EXPECT_CODE([&] { RegularMatrix& a = Dispensable<RegularMatrix>(3u, 3u); CopySubMat(a, 2, 2, a, 0, 0, 2, 2); }(), 40000);
-  EXPECT_CODE([&] { SymmetricMatrix& a = Dispensable<SymmetricMatrix>(3u); CopySubMat(a, 0, 0, a); }(), 40000);
+  EXPECT_CODE(
+      [&] {
+        RegularMatrix& a = Dispensable<RegularMatrix>(3u, 3u);
+        CopySubMat(a, 2, 2, a, 0, 0, 2, 2);
+      }(),
+      40000);
+  EXPECT_CODE(
+      [&] {
+        SymmetricMatrix& a = Dispensable<SymmetricMatrix>(3u);
+        CopySubMat(a, 0, 0, a);
+      }(),
+      40000);
 }
 
 TEST(BlockErrors, AcrossTheDiagonalOfPackedTargets) {

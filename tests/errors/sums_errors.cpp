@@ -167,12 +167,44 @@ void CheckSameObject() {
     a.set_ok(false);
     return a;
   };
-  EXPECT_CODE([&] { K& a = bad(); static_cast<void>(a + a); }(), code);
-  EXPECT_CODE([&] { K& a = bad(); static_cast<void>(a - a); }(), code);
-  EXPECT_CODE([&] { K& a = bad(); Plus(a, a, a); }(), code);
-  EXPECT_CODE([&] { K& a = bad(); K r; Minus(r, a, a); }(), code);
-  EXPECT_CODE([&] { K& a = bad(); a += a; }(), code);
-  EXPECT_CODE_WHILE_PENDING(5, [&] { K& a = bad(); a -= a; }(), 5);
+  EXPECT_CODE(
+      [&] {
+        K& a = bad();
+        static_cast<void>(a + a);
+      }(),
+      code);
+  EXPECT_CODE(
+      [&] {
+        K& a = bad();
+        static_cast<void>(a - a);
+      }(),
+      code);
+  EXPECT_CODE(
+      [&] {
+        K& a = bad();
+        Plus(a, a, a);
+      }(),
+      code);
+  EXPECT_CODE(
+      [&] {
+        K& a = bad();
+        K r;
+        Minus(r, a, a);
+      }(),
+      code);
+  EXPECT_CODE(
+      [&] {
+        K& a = bad();
+        a += a;
+      }(),
+      code);
+  EXPECT_CODE_WHILE_PENDING(
+      5,
+      [&] {
+        K& a = bad();
+        a -= a;
+      }(),
+      5);
 }
 
 TEST(SumErrors, OneObjectTwice) {

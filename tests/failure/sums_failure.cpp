@@ -50,7 +50,8 @@ bool FailsAt(unsigned k, Call call) {
 
 template <class Op, class R, class A, class B>
 void CheckSumFailures(unsigned n) {
-  SCOPED_TRACE(::testing::Message() << A().ClassName() << " " << Op::name() << " " << B().ClassName() << ", size " << n);
+  SCOPED_TRACE(::testing::Message() << A().ClassName() << " " << Op::name() << " " << B().ClassName() << ", size "
+                                    << n);
   Random random(n);
   const A a = SumSample<A>(n, n, Pattern::kUniform, random);
   const B b = SumSample<B>(n, n, Pattern::kUniform, random);

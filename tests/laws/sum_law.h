@@ -29,9 +29,9 @@ constexpr bool Has(unsigned i, unsigned j) {
 
 // The sum, element by element, with a result of kind R.
 //
-// With a diagonal operand the elements off the diagonal keep their bits, and so do those of a dense matrix where a sparse
-// operand stores nothing; in a difference that begins with the diagonal or the sparse operand they change their sign
-// (but those of a dense symmetric subtrahend of a diagonal matrix stay). A sparse result has no zeros of its own.
+// With a diagonal operand the elements off the diagonal keep their bits, and so do those of a dense matrix where a
+// sparse operand stores nothing; in a difference that begins with the diagonal or the sparse operand they change their
+// sign (but those of a dense symmetric subtrahend of a diagonal matrix stay). A sparse result has no zeros of its own.
 template <class Op, class R, class A, class B>
 Plain ExpectedSum(const Plain& a, const Plain& b) {
   constexpr bool a_diagonal = std::is_same_v<A, DiagonalMatrix>;
