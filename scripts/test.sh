@@ -26,9 +26,8 @@ else
   scripts/setup.sh "${no_install[@]}" build test clang arm reference
 fi
 
-# digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed. A room that ran with several
-# kernels has one line when they agree.
-digests_of() { grep '^digest ' "build/$1/Testing/Temporary/LastTest.log" | sort -u; }
+# digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed.
+digests_of() { grep '^digest ' "build/$1/Testing/Temporary/LastTest.log" | sort; }
 
 # tests_digests PRESET ROOM: the lines "digest-of TEST HEX" of that room.
 tests_digests() {
@@ -45,14 +44,6 @@ done
 
 say "digests of all results (${presets[0]})"
 digests_of "${presets[0]}"
-for preset in "${presets[@]}"; do
-  rooms=$(digests_of "$preset" | awk '{print $2}' | uniq -d)
-  if [ -n "$rooms" ]; then
-    echo "FAILED: the kernels give different results ($preset):" $rooms
-    grep '^digest ' "build/$preset/Testing/Temporary/LastTest.log" | grep -wF "$rooms"
-    exit 1
-  fi
-done
 reference=${presets[0]}
 for preset in "${presets[@]:1}"; do
   rooms=$(comm -3 <(digests_of "$reference") <(digests_of "$preset") | awk '{print $2}' | sort -u)
