@@ -17,8 +17,8 @@
 ///
 /// Where the result lives: `out` when one is given (resized, keeps its own dispensable flag and singularity count; a
 /// dispensable A is consumed); A itself when A is dispensable and no `out` is given, or when out == &A; otherwise a new
-/// dispensable matrix. In place a square A is transposed by exchanges and keeps its singularity count; any other A takes
-/// one allocation and its count becomes -1.
+/// dispensable matrix. In place a square A is transposed by exchanges and keeps its singularity count; any other A
+/// takes one allocation and its count becomes -1.
 ///
 /// Throws 51040 when A is not ok, then 50000 when `out` is not ok (A, when dispensable, is consumed).
 ///
@@ -77,8 +77,8 @@ QUORVEL_API RegularMatrix& transpose(const RegularMatrix& A, RegularMatrix* out 
 // ---------------------------------------------------------------------------------------------------------------------
 // Numbers. Sums start at 0.0 and run in increasing index.
 
-/// Σ A(i, i), i < min(rows, columns): a regular or sparse A need not be square. 0.0 when there is none. Consumes a dispensable A.
-/// Throws 50460 when A is not ok.
+/// Σ A(i, i), i < min(rows, columns): a regular or sparse A need not be square. 0.0 when there is none. Consumes a
+/// dispensable A. Throws 50460 when A is not ok.
 [[nodiscard]] QUORVEL_API double trace(const RegularMatrix& A);
 [[nodiscard]] QUORVEL_API double trace(const SymmetricMatrix& A);
 [[nodiscard]] QUORVEL_API double trace(const UpperTriangularMatrix& A);
@@ -106,10 +106,11 @@ QUORVEL_API RegularMatrix& transpose(const RegularMatrix& A, RegularMatrix* out 
 // Kronecker products
 
 /// A ⊗ B: element (i·p + k, j·q + l) = A(i, j)·B(k, l) for B p x q; size (rows(A)·p) x (columns(A)·q). The result is
-/// diagonal for two diagonal operands, symmetric for two symmetric or diagonal ones, regular as soon as a regular matrix
-/// takes part. Every element of a dense result is that one product, with implicit zeros of A and B read as 0.0 (so that
-/// infinities meet them as NaN); of a diagonal result only the diagonal exists. A sparse operand makes the result
-/// sparse, symmetric for symmetric sparse and diagonal ones: it holds the products of stored elements that are not 0.0.
+/// diagonal for two diagonal operands, symmetric for two symmetric or diagonal ones, regular as soon as a regular
+/// matrix takes part. Every element of a dense result is that one product, with implicit zeros of A and B read as 0.0
+/// (so that infinities meet them as NaN); of a diagonal result only the diagonal exists. A sparse operand makes the
+/// result sparse, symmetric for symmetric sparse and diagonal ones: it holds the products of stored elements that are
+/// not 0.0.
 ///
 /// Consumes nothing, unlike its siblings: a dispensable operand stays alive after success and leaks unless something
 /// else consumes it. The same object may be given twice. Throws 50000 (not ok) and 40000 (empty), A before B; the

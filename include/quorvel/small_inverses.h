@@ -28,12 +28,13 @@
 ///     int singular = inv2x2_sm(p, q, 1e-200);
 QUORVEL_API int inv2x2_sm(const double* a, double* out, double tol);
 
-/// The same for a general matrix; tried in the order a00, a11, a01, a10, where 1/a01 goes to (1, 0) and 1/a10 to (0, 1).
+/// The same for a general matrix; tried in the order a00, a11, a01, a10, where 1/a01 goes to (1, 0) and 1/a10 to (0,
+/// 1).
 QUORVEL_API int inv2x2_rm(const double (*a)[2], double (*out)[2], double tol);
 
-/// out = a⁻¹ by cofactors, det = (a00·C00 + a01·C01) + a02·C02, every cofactor times 1/det. Otherwise all zeros but, for
-/// the first that passes: the inverse of the block of rows and columns {1, 2}, {0, 2} or {0, 1} (count 1); 1/a00, 1/a11
-/// or 1/a22 (count 2); 1/a01, 1/a02 or 1/a12 in its place (count 2). Nothing passes: count 3.
+/// out = a⁻¹ by cofactors, det = (a00·C00 + a01·C01) + a02·C02, every cofactor times 1/det. Otherwise all zeros but,
+/// for the first that passes: the inverse of the block of rows and columns {1, 2}, {0, 2} or {0, 1} (count 1); 1/a00,
+/// 1/a11 or 1/a22 (count 2); 1/a01, 1/a02 or 1/a12 in its place (count 2). Nothing passes: count 3.
 QUORVEL_API int inv3x3_sm(const double* a, double* out, double tol);
 
 /// The same for a general matrix; off-diagonal elements are tried row by row and 1/a(r, c) goes to (c, r).
@@ -60,8 +61,8 @@ QUORVEL_API void AQAT3x3(double* out, const double (*a)[3], const double* q);
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Matrices. The inverse lands in A when `inPlace` is true or A is dispensable; otherwise A is unchanged, singularity
-// count included, and the result is a new dispensable matrix. A const A is never written to unless it is dispensable. The
-// threshold is 1e-200; the result's singularity count is the kernel's. Throw 50000 (not ok) and 40000 (not of that
+// count included, and the result is a new dispensable matrix. A const A is never written to unless it is dispensable.
+// The threshold is 1e-200; the result's singularity count is the kernel's. Throw 50000 (not ok) and 40000 (not of that
 // order). Sparse matrices are read and written cell by cell: absent cells are 0.0, zeros of the result are not stored.
 //
 //     SymmetricMatrix W(inv2x2(R));        // R unchanged
@@ -94,9 +95,10 @@ QUORVEL_API SymmetricSparseMatrix& inv3x3(const SymmetricSparseMatrix& A, bool i
 QUORVEL_API RegularSparseMatrix& inv3x3(const RegularSparseMatrix& A, bool inPlace = false);
 
 /// The inverses of the 3 x 3 diagonal blocks of A, by inv3x3_sm, as the diagonal blocks of `out`, which is resized;
-/// outside them `out` is left as SetSize leaves it (zeros in new storage, old numbers in storage that was large enough).
-/// An order that is no multiple of 3 leaves its last rows alone. How many dimensions were given up is not reported, and
-/// the singularity count of `out` stays. A may be `out`. Consumes a dispensable A. Throws 50000 when A or `out` is not ok.
+/// outside them `out` is left as SetSize leaves it (zeros in new storage, old numbers in storage that was large
+/// enough). An order that is no multiple of 3 leaves its last rows alone. How many dimensions were given up is not
+/// reported, and the singularity count of `out` stays. A may be `out`. Consumes a dispensable A. Throws 50000 when A or
+/// `out` is not ok.
 QUORVEL_API void Invert3x3BlockDiagMatrix(const SymmetricMatrix& A, SymmetricMatrix& out);
 
 #endif

@@ -18,8 +18,8 @@ struct Twofold {
   double low;
 };
 
-/// a·b - p for p = a·b rounded: the rounding error, exactly, by Dekker's product on Veltkamp's halves. Operands that the
-/// halving would overflow give 0.
+/// a·b - p for p = a·b rounded: the rounding error, exactly, by Dekker's product on Veltkamp's halves. Operands that
+/// the halving would overflow give 0.
 double ProductError(double a, double b, double p) noexcept {
   constexpr double limit = 0x1p995;
   constexpr double splitter = 0x1p27 + 1.0;

@@ -1,10 +1,10 @@
 // Gaussian elimination with scaled partial pivoting, for any number of right-hand sides, and its iterative refinement.
 //
-// In each column the pivot row is the one with the largest |w(i, c)| relative to the largest element that the row had in
-// A, the first of equal ones, among the rows with |w(i, c)| > 1e-200. A column without such a row gives no pivot: its
-// unknown is 0 and the elimination goes on with the next column and the same row, so that a consistent singular system
-// gets a (basic) solution. Rounding is that of the plain formulas: l = w(i, c)/w(p, c), w(i, j) -= l·w(p, j); behind that
-// x(c) = (y(p) - S)/w(p, c), S = Σ w(p, j)·x(j) from 0.0, j decreasing. Rows with l = 0.0 are left alone.
+// In each column the pivot row is the one with the largest |w(i, c)| relative to the largest element that the row had
+// in A, the first of equal ones, among the rows with |w(i, c)| > 1e-200. A column without such a row gives no pivot:
+// its unknown is 0 and the elimination goes on with the next column and the same row, so that a consistent singular
+// system gets a (basic) solution. Rounding is that of the plain formulas: l = w(i, c)/w(p, c), w(i, j) -= l·w(p, j);
+// behind that x(c) = (y(p) - S)/w(p, c), S = Σ w(p, j)·x(j) from 0.0, j decreasing. Rows with l = 0.0 are left alone.
 //
 // Refinement: r = b - A·x in twice the working precision, d from A·d = r, x += d, as long as d shrinks to half at least
 // each time, measured by max |d(i)|·max|A(·, i)|. It ends with the correctly rounded solution in most cases where the
@@ -48,16 +48,16 @@ class Elimination {
   WorkArea<on_stack> doubles_;
   IndexArea<2 * small_order> indices_;
   double* a_;
-  double* w_;          // factors: multipliers below the pivots
+  double* w_;  // factors: multipliers below the pivots
   double* x_;
-  double* b_;          // right-hand sides as they came
-  double* row_max_;    // of A, in the order of w's rows
+  double* b_;        // right-hand sides as they came
+  double* row_max_;  // of A, in the order of w's rows
   double* col_max_;
-  double* side_;       // one right-hand side in refinement: residual, then correction
-  double* solution_;   // and its solution
-  double* sums_;       // q
-  index_t* order_;     // row of A that became row i of w
-  index_t* column_;    // column of pivot k
+  double* side_;      // one right-hand side in refinement: residual, then correction
+  double* solution_;  // and its solution
+  double* sums_;      // q
+  index_t* order_;    // row of A that became row i of w
+  index_t* column_;   // column of pivot k
 };
 
 }  // namespace quorvel::detail

@@ -106,8 +106,7 @@ int inv2x2_rm(const double (*a)[2], double (*out)[2], double tol) {
 }
 
 int inv3x3_rm(const double (*a)[3], double (*out)[3], double tol) {
-  const double full[3][3] = {
-      {a[0][0], a[0][1], a[0][2]}, {a[1][0], a[1][1], a[1][2]}, {a[2][0], a[2][1], a[2][2]}};
+  const double full[3][3] = {{a[0][0], a[0][1], a[0][2]}, {a[1][0], a[1][1], a[1][2]}, {a[2][0], a[2][1], a[2][2]}};
   return Inverse(full, *reinterpret_cast<double(*)[3][3]>(out), tol);
 }
 

@@ -1,9 +1,9 @@
 // Left division A > b of the dense kinds.
+#include "factor/solve.h"
 #include "core/ownership.h"
 #include "dense/rules.h"
 #include "factor/axpy.h"
 #include "factor/elimination.h"
-#include "factor/solve.h"
 #include "factor/tri_inverse.h"
 #include "quorvel/inverses.h"
 

@@ -6,8 +6,8 @@
 
 namespace quorvel::detail {
 
-/// Solves into b when it is dispensable, else into a new copy of it: solve(target) replaces right-hand sides by solutions
-/// and sets A's singularity count. A survives a success, whatever it is, and may be b.
+/// Solves into b when it is dispensable, else into a new copy of it: solve(target) replaces right-hand sides by
+/// solutions and sets A's singularity count. A survives a success, whatever it is, and may be b.
 template <class K, class Side, class Solver>
 Side& SolveInto(const K& A, Side& b, Solver solve) {
   A.ThrowProduct(code::solve, b);

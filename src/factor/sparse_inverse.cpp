@@ -114,25 +114,14 @@ class InverseRows {
     }
   }
 
-  /// A reflection that meets nothing in the panel is passed over.
   void reflect_by(index_t j) {
-    const SparseReflections::Vector& v = h_.columns[j];
-    if (v.beta == 0.0) return;
-    bool touches = used_[j];
-    for (std::size_t k = v.begin; k < v.end && !touches; ++k) touches = used_[h_.rows[k]];
-    if (!touches) return;
-    used_[j] = true;
-    index_t count = 0;
-    for (std::size_t k = v.begin; k < v.end; ++k) {
-      const index_t i = h_.rows[k];
-      used_[i] = true;
-      rows_[count++] = i;
-      vector_[i] = h_.values[k];
-    }
-    if (count != 0) {
-      ReflectLanes(panel_.data(), width, width, j, {true, v.beta, count}, {nullptr, sums_, vector_.data(), rows_.data()});
+    const ReflectionWork work{nullptr, sums_, vector_.data(), rows_.data()};
+    const Reflection h = h_.recall(j, used_, work);
+    if (h.beta == 0.0) return;
+    if (h.count != 0) {
+      ReflectLanes(panel_.data(), width, width, j, h, work);
     } else {
-      for (index_t c = 0; c < width; ++c) lanes(j)[c] -= lanes(j)[c] * v.beta;
+      for (index_t c = 0; c < width; ++c) lanes(j)[c] -= lanes(j)[c] * h.beta;
     }
   }
 

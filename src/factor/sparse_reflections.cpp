@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 
-#include "factor/reflections.h"
 #include "sparse/append.h"
 #include "sparse/axis.h"
 
@@ -56,20 +55,8 @@ class PanelReducer {
 
   /// Applies the reflection of an earlier panel's column j.
   void reflect_by(index_t j) {
-    const SparseReflections::Vector& v = h_.columns[j];
-    if (!v.made) return;
-    bool touches = used_[j];
-    for (std::size_t k = v.begin; k < v.end && !touches; ++k) touches = used_[h_.rows[k]];
-    if (!touches) return;
-    used_[j] = true;
-    index_t count = 0;
-    for (std::size_t k = v.begin; k < v.end; ++k) {
-      const index_t i = h_.rows[k];
-      used_[i] = true;
-      rows_[count++] = i;
-      vector_[i] = h_.values[k];
-    }
-    ReflectLanes(panel_.data(), width_, width_, j, {true, v.beta, count}, work());
+    const Reflection h = h_.recall(j, used_, work());
+    if (h.made) ReflectLanes(panel_.data(), width_, width_, j, h, work());
   }
 
   void reduce_column(index_t p) {
@@ -124,6 +111,22 @@ void StoreByRows(const std::vector<Entry>& entries, RegularSparseMatrix& r) {
 }
 
 }  // namespace
+
+Reflection SparseReflections::recall(index_t j, std::vector<bool>& used, ReflectionWork work) const {
+  const Vector& v = columns[j];
+  bool meets = used[j];
+  for (std::size_t k = v.begin; k < v.end && !meets; ++k) meets = used[rows[k]];
+  if (!v.made || !meets) return {false, 0.0, 0};
+  used[j] = true;
+  Reflection h{true, v.beta, 0};
+  for (std::size_t k = v.begin; k < v.end; ++k) {
+    const index_t i = rows[k];
+    used[i] = true;
+    work.rows[h.count++] = i;
+    work.vector[i] = values[k];
+  }
+  return h;
+}
 
 void TriangulariseSparse(const RegularSparseMatrix& a, RegularSparseMatrix& r, SparseReflections& h) {
   const std::vector<Entry> entries = PanelReducer(a, h).reduce();

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/packed.h"
+#include "factor/reflections.h"
 #include "quorvel/RegularSparseMatrix.h"
 
 namespace quorvel::detail {
@@ -27,6 +28,10 @@ class SparseReflections {
   std::vector<Vector> columns;
   std::vector<index_t> rows;
   std::vector<double> values;
+
+  /// The reflection of column j with its vector in the scratch, when it meets a row of a panel that may hold something
+  /// (those it then may fill are marked as well); otherwise, or when there is none, one that was not made.
+  Reflection recall(index_t j, std::vector<bool>& used, ReflectionWork work) const;
 };
 
 /// r = R, n x n upper triangular, of a matrix of m rows and n <= m columns; the reflections are kept in h. `r` must be

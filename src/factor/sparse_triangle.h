@@ -1,7 +1,8 @@
 // The inverse of a sparse triangle, a line at a time.
 //
-// Row c of the inverse of an upper triangle, and column c of that of a lower one, is x with x(c) = 1/t(c), and further on
-// x(r) = -(w(r)·1/t(r)), w(r) = Σ t(j, r)·x(j) over j = c .. r-1 in increasing order: the sums grow in place, j by j.
+// Row c of the inverse of an upper triangle, and column c of that of a lower one, is x with x(c) = 1/t(c), and further
+// on x(r) = -(w(r)·1/t(r)), w(r) = Σ t(j, r)·x(j) over j = c .. r-1 in increasing order: the sums grow in place, j by
+// j.
 #ifndef QUORVEL_FACTOR_SPARSE_TRIANGLE_H
 #define QUORVEL_FACTOR_SPARSE_TRIANGLE_H
 

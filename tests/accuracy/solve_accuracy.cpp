@@ -260,8 +260,8 @@ TEST(ResidualRatios, Lower) { Ratios<LowerTriangularMatrix>(); }
 // ---------------------------------------------------------------------------------------------------------------------
 
 // Whole numbers of known rank: independent columns, then whole combinations of them. (In another order the count may be
-// larger: a dependent column leaves nothing but rounding errors to reflect, and that reflection may use up the direction
-// of a later column.)
+// larger: a dependent column leaves nothing but rounding errors to reflect, and that reflection may use up the
+// direction of a later column.)
 Plain OfExactRank(unsigned n, unsigned rank, Random& random) {
   Plain a(n, n);
   for (unsigned j = 0; j < rank; ++j) {

@@ -39,10 +39,14 @@ void Refuses(K bad, int code, Call call) {
 }
 
 TEST(MatrixFunctionCodes, Transpose) {
-  Refuses(NotOk(RegularMatrix(2, 3)), 51040, [](RegularMatrix& a) -> auto& { return transpose(a); });
-  Refuses(NotOk(RegularMatrix(2, 3)), 51040, [](RegularMatrix& a) -> auto& { return transpose(a, &a); });
-  Refuses(NotOk(UpperTriangularMatrix(2)), 51020, [](UpperTriangularMatrix& a) -> auto& { return transpose(a); });
-  Refuses(NotOk(LowerTriangularMatrix(2)), 50140, [](LowerTriangularMatrix& a) -> auto& { return transpose(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 51040, [](RegularMatrix & a) -> auto& { return transpose(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 51040, [](RegularMatrix & a) -> auto& { return transpose(a, &a); });
+  Refuses(
+      NotOk(UpperTriangularMatrix(2)), 51020, [](UpperTriangularMatrix & a) -> auto& { return transpose(a); });
+  Refuses(
+      NotOk(LowerTriangularMatrix(2)), 50140, [](LowerTriangularMatrix & a) -> auto& { return transpose(a); });
 }
 
 TEST(MatrixFunctionCodes, TransposeIntoAMatrixThatIsNotOk) {
@@ -60,39 +64,64 @@ TEST(MatrixFunctionCodes, TransposeIntoAMatrixThatIsNotOk) {
 TEST(MatrixFunctionCodes, Triangles) {
   using R = const RegularMatrix&;
   using S = const SymmetricMatrix&;
-  Refuses(NotOk(RegularMatrix(2, 3)), 50420, [](R a) -> auto& { return sym(a); });
-  Refuses(RegularMatrix(2, 3), 40420, [](R a) -> auto& { return sym(a); });
-  Refuses(NotOk(RegularMatrix(2, 3)), 50390, [](R a) -> auto& { return triu(a); });
-  Refuses(RegularMatrix(2, 3), 40390, [](R a) -> auto& { return triu(a); });
-  Refuses(NotOk(RegularMatrix(2, 3)), 50410, [](R a) -> auto& { return tril(a); });
-  Refuses(RegularMatrix(2, 3), 40410, [](R a) -> auto& { return tril(a); });
-  Refuses(NotOk(SymmetricMatrix(2)), 50390, [](S a) -> auto& { return triu(a); });
-  Refuses(NotOk(SymmetricMatrix(2)), 50410, [](S a) -> auto& { return tril(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 50420, [](R a) -> auto& { return sym(a); });
+  Refuses(
+      RegularMatrix(2, 3), 40420, [](R a) -> auto& { return sym(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 50390, [](R a) -> auto& { return triu(a); });
+  Refuses(
+      RegularMatrix(2, 3), 40390, [](R a) -> auto& { return triu(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 50410, [](R a) -> auto& { return tril(a); });
+  Refuses(
+      RegularMatrix(2, 3), 40410, [](R a) -> auto& { return tril(a); });
+  Refuses(
+      NotOk(SymmetricMatrix(2)), 50390, [](S a) -> auto& { return triu(a); });
+  Refuses(
+      NotOk(SymmetricMatrix(2)), 50410, [](S a) -> auto& { return tril(a); });
 }
 
 TEST(MatrixFunctionCodes, Diagonals) {
-  Refuses(NotOk(RegularMatrix(2, 3)), 50460, [](const RegularMatrix& a) -> auto& { return diag(a); });
-  Refuses(RegularMatrix(2, 3), 40460, [](const RegularMatrix& a) -> auto& { return diag(a); });
-  Refuses(NotOk(SymmetricMatrix(2)), 50460, [](const SymmetricMatrix& a) -> auto& { return diag(a); });
-  Refuses(NotOk(UpperTriangularMatrix(2)), 50460, [](const UpperTriangularMatrix& a) -> auto& { return diag(a); });
-  Refuses(NotOk(LowerTriangularMatrix(2)), 50460, [](const LowerTriangularMatrix& a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(RegularMatrix(2, 3)), 50460, [](const RegularMatrix& a) -> auto& { return diag(a); });
+  Refuses(
+      RegularMatrix(2, 3), 40460, [](const RegularMatrix& a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(SymmetricMatrix(2)), 50460, [](const SymmetricMatrix& a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(UpperTriangularMatrix(2)), 50460, [](const UpperTriangularMatrix& a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(LowerTriangularMatrix(2)), 50460, [](const LowerTriangularMatrix& a) -> auto& { return diag(a); });
 }
 
 TEST(MatrixFunctionCodes, SparseKinds) {
   using RS = RegularSparseMatrix;
   using SS = SymmetricSparseMatrix;
-  Refuses(NotOk(RS(2, 3)), 51050, [](RS& a) -> auto& { return transpose(a); });
-  Refuses(NotOk(RS(2, 3)), 50422, [](RS& a) -> auto& { return sym(a); });
-  Refuses(RS(2, 3), 40422, [](RS& a) -> auto& { return sym(a); });
-  Refuses(NotOk(RS(2, 3)), 50391, [](RS& a) -> auto& { return triu(a); });
-  Refuses(RS(2, 3), 40391, [](RS& a) -> auto& { return triu(a); });
-  Refuses(NotOk(RS(2, 3)), 50393, [](RS& a) -> auto& { return tril(a); });
-  Refuses(RS(2, 3), 40393, [](RS& a) -> auto& { return tril(a); });
-  Refuses(NotOk(SS(2)), 50391, [](SS& a) -> auto& { return triu(a); });
-  Refuses(NotOk(SS(2)), 50393, [](SS& a) -> auto& { return tril(a); });
-  Refuses(NotOk(RS(2, 3)), 50460, [](RS& a) -> auto& { return diag(a); });
-  Refuses(RS(2, 3), 40460, [](RS& a) -> auto& { return diag(a); });
-  Refuses(NotOk(SS(2)), 50460, [](SS& a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(RS(2, 3)), 51050, [](RS & a) -> auto& { return transpose(a); });
+  Refuses(
+      NotOk(RS(2, 3)), 50422, [](RS & a) -> auto& { return sym(a); });
+  Refuses(
+      RS(2, 3), 40422, [](RS & a) -> auto& { return sym(a); });
+  Refuses(
+      NotOk(RS(2, 3)), 50391, [](RS & a) -> auto& { return triu(a); });
+  Refuses(
+      RS(2, 3), 40391, [](RS & a) -> auto& { return triu(a); });
+  Refuses(
+      NotOk(RS(2, 3)), 50393, [](RS & a) -> auto& { return tril(a); });
+  Refuses(
+      RS(2, 3), 40393, [](RS & a) -> auto& { return tril(a); });
+  Refuses(
+      NotOk(SS(2)), 50391, [](SS & a) -> auto& { return triu(a); });
+  Refuses(
+      NotOk(SS(2)), 50393, [](SS & a) -> auto& { return tril(a); });
+  Refuses(
+      NotOk(RS(2, 3)), 50460, [](RS & a) -> auto& { return diag(a); });
+  Refuses(
+      RS(2, 3), 40460, [](RS & a) -> auto& { return diag(a); });
+  Refuses(
+      NotOk(SS(2)), 50460, [](SS & a) -> auto& { return diag(a); });
 }
 
 template <class K>

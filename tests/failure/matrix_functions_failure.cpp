@@ -4,10 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <new>
-
 #include "support/allocations.h"
 #include "support/codes.h"
+#include "support/exhaust.h"
 #include "support/make.h"
 #include "support/plain.h"
 
@@ -52,17 +51,28 @@ TEST(MatrixFunctionMemory, RunsOutCleanly) {
   const SymmetricMatrix s = Filled<SymmetricMatrix>(Pattern::kUniform, random, 4u);
   const UpperTriangularMatrix u = Filled<UpperTriangularMatrix>(Pattern::kUniform, random, 4u);
   const LowerTriangularMatrix l = Filled<LowerTriangularMatrix>(Pattern::kUniform, random, 4u);
-  OnOrdinaryAndDispensable(r, 2, 0, [](RegularMatrix& a) -> auto& { return transpose(a); });
-  OnOrdinaryAndDispensable(wide, 2, 1, [](RegularMatrix& a) -> auto& { return transpose(a); });
-  OnOrdinaryAndDispensable(u, 2, 1, [](UpperTriangularMatrix& a) -> auto& { return transpose(a); });
-  OnOrdinaryAndDispensable(l, 2, 1, [](LowerTriangularMatrix& a) -> auto& { return transpose(a); });
-  OnOrdinaryAndDispensable(r, 2, 2, [](RegularMatrix& a) -> auto& { return sym(a); });
-  OnOrdinaryAndDispensable(r, 2, 2, [](RegularMatrix& a) -> auto& { return triu(a); });
-  OnOrdinaryAndDispensable(r, 2, 2, [](RegularMatrix& a) -> auto& { return tril(a); });
-  OnOrdinaryAndDispensable(s, 2, 1, [](SymmetricMatrix& a) -> auto& { return triu(a); });
-  OnOrdinaryAndDispensable(s, 2, 1, [](SymmetricMatrix& a) -> auto& { return tril(a); });
-  OnOrdinaryAndDispensable(r, 2, 2, [](RegularMatrix& a) -> auto& { return diag(a); });
-  OnOrdinaryAndDispensable(s, 2, 2, [](SymmetricMatrix& a) -> auto& { return diag(a); });
+  OnOrdinaryAndDispensable(
+      r, 2, 0, [](RegularMatrix & a) -> auto& { return transpose(a); });
+  OnOrdinaryAndDispensable(
+      wide, 2, 1, [](RegularMatrix & a) -> auto& { return transpose(a); });
+  OnOrdinaryAndDispensable(
+      u, 2, 1, [](UpperTriangularMatrix & a) -> auto& { return transpose(a); });
+  OnOrdinaryAndDispensable(
+      l, 2, 1, [](LowerTriangularMatrix & a) -> auto& { return transpose(a); });
+  OnOrdinaryAndDispensable(
+      r, 2, 2, [](RegularMatrix & a) -> auto& { return sym(a); });
+  OnOrdinaryAndDispensable(
+      r, 2, 2, [](RegularMatrix & a) -> auto& { return triu(a); });
+  OnOrdinaryAndDispensable(
+      r, 2, 2, [](RegularMatrix & a) -> auto& { return tril(a); });
+  OnOrdinaryAndDispensable(
+      s, 2, 1, [](SymmetricMatrix & a) -> auto& { return triu(a); });
+  OnOrdinaryAndDispensable(
+      s, 2, 1, [](SymmetricMatrix & a) -> auto& { return tril(a); });
+  OnOrdinaryAndDispensable(
+      r, 2, 2, [](RegularMatrix & a) -> auto& { return diag(a); });
+  OnOrdinaryAndDispensable(
+      s, 2, 2, [](SymmetricMatrix & a) -> auto& { return diag(a); });
 }
 
 TEST(MatrixFunctionMemory, OfEyeAndKron) {
@@ -70,8 +80,12 @@ TEST(MatrixFunctionMemory, OfEyeAndKron) {
   const RegularMatrix r(2, 2);
   SymmetricMatrix unused;
   const auto nothing = [&]() -> SymmetricMatrix& { return unused; };
-  EXPECT_EQ(EachAllocationFails(nothing, [](SymmetricMatrix&) -> auto& { return eye(3, 1.0); }), 2);
-  EXPECT_EQ(EachAllocationFails(nothing, [&](SymmetricMatrix&) -> auto& { return kron(s, r); }), 2);
+  EXPECT_EQ(EachAllocationFails(
+                nothing, [](SymmetricMatrix&) -> auto& { return eye(3, 1.0); }),
+            2);
+  EXPECT_EQ(EachAllocationFails(
+                nothing, [&](SymmetricMatrix&) -> auto& { return kron(s, r); }),
+            2);
 }
 
 // A success leaves kron's operands alive, a failure takes dispensable ones along.
@@ -88,40 +102,12 @@ TEST(MatrixFunctionMemory, KronOfTemporaries) {
   }
 }
 
-// Sparse results report exhausted memory as std::bad_alloc (their object and store) or 10680 (a dense part).
-template <class Prepare, class Call>
-int EachSparseAllocationFails(Prepare prepare, Call call) {
-  for (unsigned k = 1;; ++k) {
-    auto& operand = prepare();
-    bool caught = false;
-    bool failed;
-    decltype(&call(operand)) result = nullptr;
-    {
-      FailAllocations fail(k, Fail::kFromThenOn);
-      try {
-        result = &call(operand);
-      } catch (const std::bad_alloc&) {
-        caught = true;
-      } catch (const MatrixException& e) {
-        caught = e.code() == 10680;
-        abort_reset();
-      }
-      failed = fail.failed();
-    }
-    EXPECT_EQ(caught, failed) << "allocation " << k;
-    if (!failed) {
-      Drop(*result);
-      return static_cast<int>(k) - 1;
-    }
-  }
-}
-
 template <class K, class Call>
 void SparseOnOrdinaryAndDispensable(const K& a, Call call) {
   K kept(a);
-  EXPECT_GE(EachSparseAllocationFails([&]() -> K& { return kept; }, call), 2);
+  EXPECT_GE(ExhaustMemory([&]() -> K& { return kept; }, call), 2);
   EXPECT_TRUE(Same(kept, PlainOf(a)));
-  EXPECT_GE(EachSparseAllocationFails([&]() -> K& { return DispensableCopy(a); }, call), 2);
+  EXPECT_GE(ExhaustMemory([&]() -> K& { return DispensableCopy(a); }, call), 2);
 }
 
 TEST(MatrixFunctionMemory, OfSparseKindsRunsOutCleanly) {
@@ -135,16 +121,23 @@ TEST(MatrixFunctionMemory, OfSparseKindsRunsOutCleanly) {
   }
   using RS = RegularSparseMatrix;
   using SS = SymmetricSparseMatrix;
-  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return transpose(a); });
-  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return sym(a); });
-  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return triu(a); });
-  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return tril(a); });
-  SparseOnOrdinaryAndDispensable(r, [](RS& a) -> auto& { return diag(a); });
-  SparseOnOrdinaryAndDispensable(s, [](SS& a) -> auto& { return tril(a); });
-  SparseOnOrdinaryAndDispensable(s, [](SS& a) -> auto& { return triu(a); });
+  SparseOnOrdinaryAndDispensable(
+      r, [](RS & a) -> auto& { return transpose(a); });
+  SparseOnOrdinaryAndDispensable(
+      r, [](RS & a) -> auto& { return sym(a); });
+  SparseOnOrdinaryAndDispensable(
+      r, [](RS & a) -> auto& { return triu(a); });
+  SparseOnOrdinaryAndDispensable(
+      r, [](RS & a) -> auto& { return tril(a); });
+  SparseOnOrdinaryAndDispensable(
+      r, [](RS & a) -> auto& { return diag(a); });
+  SparseOnOrdinaryAndDispensable(
+      s, [](SS & a) -> auto& { return tril(a); });
+  SparseOnOrdinaryAndDispensable(
+      s, [](SS & a) -> auto& { return triu(a); });
   SymmetricSparseMatrix small(2);
   small.Put(0, 1, 3.0);
-  EXPECT_GE(EachSparseAllocationFails([&]() -> SS& { return small; }, [](SS& a) -> auto& { return kron(a, a); }), 3);
+  EXPECT_GE(ExhaustMemory([&]() -> SS& { return small; }, [](SS & a) -> auto& { return kron(a, a); }), 3);
 }
 
 TEST(MatrixFunctionMemory, TransposeIntoOut) {

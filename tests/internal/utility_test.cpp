@@ -67,9 +67,10 @@ TEST(SmallCholeskyDeathTest, ANegativeDiagonalEndsTheProcess) {
   KeepsBlocks();
   const double a[6] = {-1, 0, 1, 0, 0, 1};
   double u[6] = {};
-  EXPECT_DEATH(CholeskyFactor(a, 3, u, 0.0),
-               "test_internal: utility:[0-9]+: .*CholeskyFactor\\(const double ?\\*, unsigned int, double ?\\*, double\\): "
-               "Assertion `!\\(Acopy\\[i_utc\\(i,i\\)\\] < 0\\.0\\)' failed\\.");
+  EXPECT_DEATH(
+      CholeskyFactor(a, 3, u, 0.0),
+      "test_internal: utility:[0-9]+: .*CholeskyFactor\\(const double ?\\*, unsigned int, double ?\\*, double\\): "
+      "Assertion `!\\(Acopy\\[i_utc\\(i,i\\)\\] < 0\\.0\\)' failed\\.");
 }
 
 }  // namespace

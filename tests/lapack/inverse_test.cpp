@@ -86,7 +86,8 @@ K KindOf(const Plain& p) {
   } else {
     K a(p.n);
     for (unsigned i = 0; i < p.n; ++i) {
-      for (unsigned j = i; j < p.n; ++j) std::is_same_v<K, LowerTriangularMatrix> ? a(j, i) = p(j, i) : a(i, j) = p(i, j);
+      for (unsigned j = i; j < p.n; ++j)
+        std::is_same_v<K, LowerTriangularMatrix> ? a(j, i) = p(j, i) : a(i, j) = p(i, j);
     }
     return a;
   }

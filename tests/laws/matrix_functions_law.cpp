@@ -141,22 +141,30 @@ TEST(TriangleLaw, OfARegularMatrix) {
         }
         diagonal(i, i) = p(i, i);
       }
-      OnBothOwners(a, [](const RegularMatrix& x) -> auto& { return sym(x); }, [&](SymmetricMatrix& r) {
-        EXPECT_TRUE(Same(r, symmetric));
-        EXPECT_EQ(r.nsing(), 3);
-      });
-      OnBothOwners(a, [](const RegularMatrix& x) -> auto& { return triu(x); }, [&](UpperTriangularMatrix& r) {
-        EXPECT_TRUE(Same(r, upper));
-        EXPECT_EQ(r.nsing(), -1);
-      });
-      OnBothOwners(a, [](const RegularMatrix& x) -> auto& { return tril(x); }, [&](LowerTriangularMatrix& r) {
-        EXPECT_TRUE(Same(r, lower));
-        EXPECT_EQ(r.nsing(), -1);
-      });
-      OnBothOwners(a, [](const RegularMatrix& x) -> auto& { return diag(x); }, [&](DiagonalMatrix& r) {
-        EXPECT_TRUE(Same(r, diagonal));
-        EXPECT_EQ(r.nsing(), -1);
-      });
+      OnBothOwners(
+          a, [](const RegularMatrix& x) -> auto& { return sym(x); },
+          [&](SymmetricMatrix& r) {
+            EXPECT_TRUE(Same(r, symmetric));
+            EXPECT_EQ(r.nsing(), 3);
+          });
+      OnBothOwners(
+          a, [](const RegularMatrix& x) -> auto& { return triu(x); },
+          [&](UpperTriangularMatrix& r) {
+            EXPECT_TRUE(Same(r, upper));
+            EXPECT_EQ(r.nsing(), -1);
+          });
+      OnBothOwners(
+          a, [](const RegularMatrix& x) -> auto& { return tril(x); },
+          [&](LowerTriangularMatrix& r) {
+            EXPECT_TRUE(Same(r, lower));
+            EXPECT_EQ(r.nsing(), -1);
+          });
+      OnBothOwners(
+          a, [](const RegularMatrix& x) -> auto& { return diag(x); },
+          [&](DiagonalMatrix& r) {
+            EXPECT_TRUE(Same(r, diagonal));
+            EXPECT_EQ(r.nsing(), -1);
+          });
     }
   }
 }
@@ -173,14 +181,18 @@ TEST(TriangleLaw, OfASymmetricMatrix) {
       for (unsigned i = 0; i < n; ++i) {
         for (unsigned j = i; j < n; ++j) upper(i, j) = lower(j, i) = p(i, j);
       }
-      OnBothOwners(a, [](const SymmetricMatrix& x) -> auto& { return triu(x); }, [&](UpperTriangularMatrix& r) {
-        EXPECT_TRUE(Same(r, upper));
-        EXPECT_EQ(r.nsing(), -1);
-      });
-      OnBothOwners(a, [](const SymmetricMatrix& x) -> auto& { return tril(x); }, [&](LowerTriangularMatrix& r) {
-        EXPECT_TRUE(Same(r, lower));
-        EXPECT_EQ(r.nsing(), -1);
-      });
+      OnBothOwners(
+          a, [](const SymmetricMatrix& x) -> auto& { return triu(x); },
+          [&](UpperTriangularMatrix& r) {
+            EXPECT_TRUE(Same(r, upper));
+            EXPECT_EQ(r.nsing(), -1);
+          });
+      OnBothOwners(
+          a, [](const SymmetricMatrix& x) -> auto& { return tril(x); },
+          [&](LowerTriangularMatrix& r) {
+            EXPECT_TRUE(Same(r, lower));
+            EXPECT_EQ(r.nsing(), -1);
+          });
       SymmetricMatrix& temporary = DispensableCopy(a);
       const double* storage = temporary.data();
       const Held<UpperTriangularMatrix> taken(triu(temporary));
@@ -207,10 +219,12 @@ void DiagonalAndNumbers(unsigned n, Pattern pattern, Random& random) {
   EXPECT_TRUE(SameBits(scalar(DispensableCopy(a)), first));
   digest::Feed(sum);
   if constexpr (!std::is_same_v<K, DiagonalMatrix>) {
-    OnBothOwners(a, [](const K& x) -> auto& { return diag(x); }, [&](DiagonalMatrix& r) {
-      EXPECT_TRUE(Same(r, expected));
-      EXPECT_EQ(r.nsing(), -1);
-    });
+    OnBothOwners(
+        a, [](const K& x) -> auto& { return diag(x); },
+        [&](DiagonalMatrix& r) {
+          EXPECT_TRUE(Same(r, expected));
+          EXPECT_EQ(r.nsing(), -1);
+        });
   }
 }
 

@@ -65,12 +65,13 @@ TEST(SparseTransposeLaw, HasEveryStoredElement) {
             if (cell.col == j) expected.push_back({cell.col, cell.row, cell.value});
           }
         }
-        OnBothOwners(a, [](const RegularSparseMatrix& x) -> auto& { return transpose(x); },
-                     [&](RegularSparseMatrix& t) {
-                       EXPECT_EQ(t.nrows(), n);
-                       EXPECT_EQ(t.ncols(), m);
-                       EXPECT_EQ(CellsOf(t), expected);
-                     });
+        OnBothOwners(
+            a, [](const RegularSparseMatrix& x) -> auto& { return transpose(x); },
+            [&](RegularSparseMatrix& t) {
+              EXPECT_EQ(t.nrows(), n);
+              EXPECT_EQ(t.ncols(), m);
+              EXPECT_EQ(CellsOf(t), expected);
+            });
         // The same records as one append after another.
         RegularSparseMatrix stepwise(n, m);
         for (unsigned j = 0; j < n; ++j) {
@@ -101,12 +102,14 @@ void Triangles(unsigned n, Pattern pattern, Random& random) {
     diagonal(i, i) = p(i, i);
     sum += p(i, i);
   }
-  OnBothOwners(a, [](const K& x) -> auto& { return triu(x); },
-               [&](RegularSparseMatrix& t) { EXPECT_EQ(CellsOf(t), NonZeros(upper)); });
-  OnBothOwners(a, [](const K& x) -> auto& { return tril(x); },
-               [&](RegularSparseMatrix& t) { EXPECT_EQ(CellsOf(t), NonZeros(lower)); });
-  OnBothOwners(a, [](const K& x) -> auto& { return diag(x); },
-               [&](DiagonalMatrix& d) { EXPECT_TRUE(Same(d, diagonal)); });
+  OnBothOwners(
+      a, [](const K& x) -> auto& { return triu(x); },
+      [&](RegularSparseMatrix& t) { EXPECT_EQ(CellsOf(t), NonZeros(upper)); });
+  OnBothOwners(
+      a, [](const K& x) -> auto& { return tril(x); },
+      [&](RegularSparseMatrix& t) { EXPECT_EQ(CellsOf(t), NonZeros(lower)); });
+  OnBothOwners(
+      a, [](const K& x) -> auto& { return diag(x); }, [&](DiagonalMatrix& d) { EXPECT_TRUE(Same(d, diagonal)); });
   EXPECT_TRUE(SameBits(trace(a), sum));
   EXPECT_TRUE(SameBits(trace(DispensableCopy(a)), sum));
   const double first = n == 0 ? 0.0 : p(0, 0);
@@ -139,8 +142,9 @@ TEST(SparseTriangleLaw, Sym) {
     for (Pattern pattern : kAllPatterns) {
       RegularSparseMatrix a = Sparse<RegularSparseMatrix>(n, n, pattern, random);
       a.set_nsing(3);
-      OnBothOwners(a, [](const RegularSparseMatrix& x) -> auto& { return sym(x); },
-                   [&](SymmetricSparseMatrix& s) { EXPECT_EQ(CellsOf(s), NonZeros(PlainOf(a), true)); });
+      OnBothOwners(
+          a, [](const RegularSparseMatrix& x) -> auto& { return sym(x); },
+          [&](SymmetricSparseMatrix& s) { EXPECT_EQ(CellsOf(s), NonZeros(PlainOf(a), true)); });
     }
   }
 }

@@ -59,7 +59,9 @@ BigInteger BigInteger::ShiftedLeft(unsigned bits) const {
 BigInteger operator+(const BigInteger& a, const BigInteger& b) {
   BigInteger result;
   const std::size_t size = std::max(a.words_.size(), b.words_.size());
-  const auto word = [](const BigInteger& x, std::size_t k) -> std::int64_t { return k < x.words_.size() ? x.words_[k] : 0; };
+  const auto word = [](const BigInteger& x, std::size_t k) -> std::int64_t {
+    return k < x.words_.size() ? x.words_[k] : 0;
+  };
   std::int64_t carry = 0;
   if (a.negative_ == b.negative_) {
     result.negative_ = a.negative_;
@@ -214,7 +216,8 @@ double UlpsOff(double x, const ExactSolution& exact, unsigned i) {
   }
   const BigInteger difference = left - right;
   // Whether it is at most one half is decided exactly.
-  if (!(denominator.Magnitude() < difference.Magnitude() + difference.Magnitude())) return difference.IsZero() ? 0.0 : 0.5;
+  if (!(denominator.Magnitude() < difference.Magnitude() + difference.Magnitude()))
+    return difference.IsZero() ? 0.0 : 0.5;
   int over = 0;
   int under = 0;
   const double ratio = difference.Leading(over) / denominator.Leading(under);

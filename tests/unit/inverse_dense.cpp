@@ -54,10 +54,19 @@ TEST(Inverse, TwoEqualRowsAlwaysCount) {
 TEST(Inverse, OfAFactorOfTheHilbertMatrix) {
   LowerTriangularMatrix l(5);
   const double rows[] = {1,
-                         0x1p-1, 0x1.279a74590331cp-2,
-                         0x1.5555555555555p-2, 0x1.279a74590331dp-2, 0x1.314c3d92a9e87p-4,
-                         0x1p-2, 0x1.0a0b02501c79ap-2, 0x1.c9f25c5bfedcbp-4, 0x1.35a0e521ffa7ap-6,
-                         0x1.999999999999ap-3, 0x1.d8f7208e6b82cp-3, 0x1.05af103491a38p-3, 0x1.35a0e521ff8d1p-5,
+                         0x1p-1,
+                         0x1.279a74590331cp-2,
+                         0x1.5555555555555p-2,
+                         0x1.279a74590331dp-2,
+                         0x1.314c3d92a9e87p-4,
+                         0x1p-2,
+                         0x1.0a0b02501c79ap-2,
+                         0x1.c9f25c5bfedcbp-4,
+                         0x1.35a0e521ffa7ap-6,
+                         0x1.999999999999ap-3,
+                         0x1.d8f7208e6b82cp-3,
+                         0x1.05af103491a38p-3,
+                         0x1.35a0e521ff8d1p-5,
                          0x1.381381381584ap-8};
   const double* e = rows;
   for (unsigned i = 0; i < 5; ++i) {
@@ -327,7 +336,11 @@ TEST(InverseMemory, SmallOrdersNeedNoScratch) {
 template <class K>
 void RunsOutOfMemory() {
   Random random(607);
-  const K a = [&] { K m(30, 30); FillMatrix(m, Pattern::kUniform, random); return m; }();
+  const K a = [&] {
+    K m(30, 30);
+    FillMatrix(m, Pattern::kUniform, random);
+    return m;
+  }();
   const Plain before = PlainOf(a);
   for (unsigned k = 1;; ++k) {
     K own(a);

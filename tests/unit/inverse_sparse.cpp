@@ -8,6 +8,7 @@
 #include "quorvel/inverses.h"
 #include "support/allocations.h"
 #include "support/codes.h"
+#include "support/exhaust.h"
 #include "support/make.h"
 #include "support/sparse.h"
 #include "unit/inverse_literal.h"
@@ -74,8 +75,9 @@ void Everywhere(const K& a, const Counted& expected, bool keeps_count, Invert in
 
 template <class K>
 void General(const K& a, const Counted& expected) {
-  Everywhere(a, expected, std::is_same_v<K, SS>, [](K& x, bool in_place) -> K& { return inv(x, in_place); },
-             [](const K& x) -> K& { return inv(x); });
+  Everywhere(
+      a, expected, std::is_same_v<K, SS>, [](K& x, bool in_place) -> K& { return inv(x, in_place); },
+      [](const K& x) -> K& { return inv(x); });
 }
 
 Counted SymmetricInverse(const SS& a) {
@@ -94,7 +96,8 @@ TEST(SparseInverse, EqualsTheLiteralComputation) {
   for (unsigned n : kSizes) {
     for (unsigned percent : {0u, 5u, 20u, 60u, 100u}) {
       for (bool whole : {false, true}) {
-        SCOPED_TRACE(::testing::Message() << "order " << n << ", " << percent << " percent" << (whole ? ", whole" : ""));
+        SCOPED_TRACE(::testing::Message()
+                     << "order " << n << ", " << percent << " percent" << (whole ? ", whole" : ""));
         const RS r = Drawn<RS>(n, percent, whole, random);
         General(r, LiteralInverse(PlainOf(r)));
         const SS s = Drawn<SS>(n, percent, whole, random);
@@ -149,10 +152,12 @@ TEST(SparseTriangularInverse, EqualsTheLiteralComputation) {
       const Counted u = LiteralUpperInverse(PlainOf(upper));
       const Counted l = LiteralLowerInverse(PlainOf(lower));
       singular += u.count != 0;
-      Everywhere(upper, u, true, [](RS& x, bool in_place) -> RS& { return inv_ut(x, in_place); },
-                 [](const RS& x) -> RS& { return inv_ut(x); });
-      Everywhere(lower, l, true, [](RS& x, bool in_place) -> RS& { return inv_lt(x, in_place); },
-                 [](const RS& x) -> RS& { return inv_lt(x); });
+      Everywhere(
+          upper, u, true, [](RS& x, bool in_place) -> RS& { return inv_ut(x, in_place); },
+          [](const RS& x) -> RS& { return inv_ut(x); });
+      Everywhere(
+          lower, l, true, [](RS& x, bool in_place) -> RS& { return inv_lt(x, in_place); },
+          [](const RS& x) -> RS& { return inv_lt(x); });
     }
   }
   EXPECT_GT(singular, 5);
@@ -283,34 +288,6 @@ TEST(SparseSolveCodes, EveryOne) {
   EXPECT_CODE_WHILE_PENDING(321, (Dispensable<SS>(3u) > Dispensable<RS>(3u, 1u)), 321);
 }
 
-// Every allocation failed in turn: std::bad_alloc or 10680, nothing leaked, a matrix that is not dispensable as before.
-template <class Make, class Call>
-void RunsOutOfMemory(Make make, Call call) {
-  for (unsigned k = 1;; ++k) {
-    auto& operand = make();
-    bool caught = false;
-    bool failed;
-    decltype(&call(operand)) result = nullptr;
-    {
-      FailAllocations fail(k, Fail::kFromThenOn);
-      try {
-        result = &call(operand);
-      } catch (const std::bad_alloc&) {
-        caught = true;
-      } catch (const MatrixException& e) {
-        caught = e.code() == 10680;
-        abort_reset();
-      }
-      failed = fail.failed();
-    }
-    EXPECT_EQ(caught, failed) << "allocation " << k;
-    if (!failed) {
-      if (result->dispensable()) Drop(*result);
-      return;
-    }
-  }
-}
-
 TEST(SparseInverseMemory, RunsOutCleanly) {
   Random random(625);
   const RS a = Drawn<RS>(70, 5, false, random);
@@ -318,19 +295,19 @@ TEST(SparseInverseMemory, RunsOutCleanly) {
   const RS b = Drawn<RS>(70, 5, false, random);
   RS own(a);
   const std::vector<Cell> before = CellsOf(a);
-  RunsOutOfMemory([&]() -> RS& { return own; }, [](RS& x) -> RS& { return inv(x); });
-  RunsOutOfMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv(x); });
-  RunsOutOfMemory(
+  ExhaustMemory([&]() -> RS& { return own; }, [](RS& x) -> RS& { return inv(x); });
+  ExhaustMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv(x); });
+  ExhaustMemory(
       [&]() -> RS& {
         EXPECT_EQ(CellsOf(own), before);
         return own;
       },
       [](RS& x) -> RS& { return inv(x, true); });
-  RunsOutOfMemory([&]() -> SS& { return DispensableCopy(s); }, [](SS& x) -> SS& { return inv(x); });
-  RunsOutOfMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv_ut(x); });
-  RunsOutOfMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv_lt(x); });
-  RunsOutOfMemory([&]() -> RS& { return DispensableCopy(b); }, [&](RS& x) -> RS& { return a > x; });
-  RunsOutOfMemory([&]() -> RS& { return DispensableCopy(b); }, [&](RS& x) -> RS& { return s > x; });
+  ExhaustMemory([&]() -> SS& { return DispensableCopy(s); }, [](SS& x) -> SS& { return inv(x); });
+  ExhaustMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv_ut(x); });
+  ExhaustMemory([&]() -> RS& { return DispensableCopy(a); }, [](RS& x) -> RS& { return inv_lt(x); });
+  ExhaustMemory([&]() -> RS& { return DispensableCopy(b); }, [&](RS& x) -> RS& { return a > x; });
+  ExhaustMemory([&]() -> RS& { return DispensableCopy(b); }, [&](RS& x) -> RS& { return s > x; });
 }
 
 }  // namespace

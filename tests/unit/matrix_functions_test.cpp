@@ -59,9 +59,7 @@ TEST(Scalar, IsTheFirstElement) {
   EXPECT_EQ(scalar(SymmetricMatrix()), 0.0);
 }
 
-TEST(Dot, StopsAtTheShorterVector) {
-  EXPECT_EQ(dot(Regular(3, 1, {2, 3, 1000}), Regular(2, 1, {5, 7})), 31.0);
-}
+TEST(Dot, StopsAtTheShorterVector) { EXPECT_EQ(dot(Regular(3, 1, {2, 3, 1000}), Regular(2, 1, {5, 7})), 31.0); }
 
 TEST(Dot, ReadsTheFirstColumnOnlyAndIgnoresTheState) {
   RegularMatrix row = Regular(1, 3, {2, 3, 4});
