@@ -74,7 +74,7 @@ void ReduceColumn(const Reduction& p, index_t j) noexcept {
     if (negated) {
       for (index_t k = 0; k < count; ++k) row[first + k] = -row[first + k] + gamma[k] * v;
     } else {
-      for (index_t k = 0; k < count; ++k) row[first + k] -= gamma[k] * v;
+      SubtractScaled(row + first, count, gamma, v);
     }
     Subtract(p.za[i], gamma_z * v, negated);
   }

@@ -103,11 +103,7 @@ inline void ReflectLanes(double* lanes, std::size_t stride, index_t count, index
   }
   // Lanes whose sum was 0.0 are left out. (One that beta made 0.0 would subtract nothing anyway.)
   if (all) {
-    for (index_t k = 0; k < h.count; ++k) {
-      double* __restrict__ const r = row(work.rows[k]);
-      const double v = work.vector[work.rows[k]];
-      for (index_t c = 0; c < count; ++c) r[c] -= s[c] * v;
-    }
+    for (index_t k = 0; k < h.count; ++k) SubtractScaled(row(work.rows[k]), count, s, work.vector[work.rows[k]]);
     return;
   }
   for (index_t k = 0; k < h.count; ++k) {

@@ -85,10 +85,7 @@ void Orthogonalise(double* u, double* d, index_t n, double* w, index_t columns, 
       d[j] = dj;
       AddScaledRows(s, j, 0, columns, x, row);
       for (index_t i = 0; i < j; ++i) s[i] /= dj;
-      for (index_t k = 0; k < columns; ++k) {
-        const double e = row(k)[j];
-        for (index_t i = 0; i < j; ++i) row(k)[i] -= s[i] * e;
-      }
+      for (index_t k = 0; k < columns; ++k) SubtractScaled(row(k), j, s, row(k)[j]);
     } else {
       d[j] = 0.0;
     }

@@ -65,6 +65,10 @@ struct Kernels {
   /// y[k] += s * x[k], k = 0 .. count - 1.
   void (*add_multiple)(double* y, double s, const double* x, kernel_index count);
 
+  /// The same for four lines in turn, y[k] read and written once: s[0] * x0[k] first, s[3] * x3[k] last.
+  void (*add_four_multiples)(double* y, const double* s, const double* x0, const double* x1, const double* x2,
+                             const double* x3, kernel_index count);
+
   /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
