@@ -38,6 +38,11 @@ TEST(CholeskyPrecondition, NegativeDiagonalEndsTheProcess) {
   SymmetricMatrix first = WithDiagonal(-1.0, 1.0), second = WithDiagonal(1.0, -1e-300);
   EXPECT_DEATH(static_cast<void>(CholeskyFactor(first, 1e-12)), message);
   EXPECT_DEATH(static_cast<void>(CholeskyFactor(second, 1e-12)), message);
+  SymmetricSparseMatrix sparse(2);
+  sparse.Put(1, 1, -2.0);
+  EXPECT_DEATH(static_cast<void>(CholeskyFactor(sparse, 1e-12)),
+               "templates:[0-9]+: .*CholeskyFactor_T.*RegularSparseMatrix.*SymmetricSparseMatrix.*Assertion "
+               "`!\\(unreduced_diagonal < 0\\.0\\)' failed\\.");
 }
 
 TEST(CholeskyPrecondition, NotANumberAndNegativeZeroPass) {
