@@ -27,7 +27,8 @@ void CheckProduct(const char* name, unsigned seed) {
     } else {
       Expect(times(a, b), expected, call);
     }
-    R result(Sample<R>(random.Below(4), random.Below(4), pattern, random));
+    const unsigned old_rows = random.Below(4), old_cols = random.Below(4);
+    R result(Sample<R>(old_rows, old_cols, pattern, random));
     result.set_nsing(3);
     EXPECT_EQ(&Mult(result, a, b), &result) << call;
     EXPECT_EQ(result.nsing(), -1) << call;
