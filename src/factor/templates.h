@@ -56,7 +56,9 @@ RegularMatrix& RM_EQ_TMat(RegularMatrix& target, const T& source) {
     const bool left = kind == Matrix::symmetric || kind == Matrix::lower_triangular;
     for (index_t j = 0; j < n; ++j) {
       const bool visited = i == j || (j > i ? right : left);
-      to.store(i, j) = visited ? from.at(i, j) : 0.0;
+      // A symmetric matrix is visited in its upper triangle, whatever the type: below it stands the mirror image.
+      const bool mirrored = kind == Matrix::symmetric && j < i;
+      to.store(i, j) = mirrored ? from.at(j, i) : visited ? from.at(i, j) : 0.0;
     }
   }
   target.set_nsing(source.nsing());

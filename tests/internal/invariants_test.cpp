@@ -59,6 +59,13 @@ TEST_F(Invariants, TheTagPicksThePositionsAndTheTypeTheRule) {
   RM_EQ_TMat(r, s);
   EXPECT_EQ(r(0, 1), 5.0);
   EXPECT_EQ(r(1, 0), 0.0);
+  // An upper matrix under the symmetric tag: its upper triangle goes to both sides.
+  UpperTriangularMatrix u(2);
+  u(0, 1) = 7.0;
+  Access::set_kind(u, Matrix::symmetric);
+  RM_EQ_TMat(r, u);
+  EXPECT_EQ(r(0, 1), 7.0);
+  EXPECT_EQ(r(1, 0), 7.0);
 }
 
 }  // namespace
