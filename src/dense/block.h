@@ -2,10 +2,41 @@
 #ifndef QUORVEL_DENSE_BLOCK_H
 #define QUORVEL_DENSE_BLOCK_H
 
+#include <cstdint>
+#include <new>
+#include <type_traits>
+
 #include "core/ownership.h"
+#include "core/storage.h"
 #include "dense/rules.h"
 
 namespace quorvel::detail {
+
+/// Inclusive bounds of a block along one direction. The size is a 32-bit difference as it stands: first = last + 1 is
+/// empty.
+struct Bounds {
+  index_t first;
+  index_t last;
+  index_t size() const noexcept { return last + 1 - first; }
+  /// Further reversed than an empty block. The size may have wrapped to a small one.
+  bool reversed() const noexcept { return first > last + 1; }
+};
+
+/// Of how many doubles a new matrix of kind K with these sizes consists.
+template <class K>
+std::uint64_t DoublesOf(Bounds rows, Bounds cols) noexcept {
+  if constexpr (is_packed<K>) return packed_count(rows.size());
+  if constexpr (std::is_same_v<K, DiagonalMatrix>) return rows.size();
+  return std::uint64_t{rows.size()} * cols.size();
+}
+
+/// A reversed range is a bad array length, like a block of too many doubles; `a` dies if it is dispensable.
+template <class K>
+void RequireBlock(const Matrix& a, Bounds rows, Bounds cols) {
+  if (!rows.reversed() && !cols.reversed() && DoublesOf<K>(rows, cols) < max_doubles) return;
+  a.DestroyIfDispensable();
+  throw std::bad_array_new_length();
+}
 
 /// Fills a target of the right size with the elements of `a` from (row, col) on.
 template <class K>
@@ -17,15 +48,15 @@ void ReadBlock(const K& a, index_t row, index_t col, RegularMatrix& target) noex
   }
 }
 
-/// The sizes r1 + 1 - r0 are 32-bit differences as they stand: r0 = r1 + 1 is an empty block, any other reversed range
-/// asks for too many doubles. The block is checked against `a` before anything is allocated.
+/// The size of the block is settled first, then the checks of `a` and of the block follow; memory is taken last.
 template <class K>
-RegularMatrix& BlockOf(const K& a, index_t r0, index_t r1, index_t c0, index_t c1) {
+RegularMatrix& BlockOf(const K& a, Bounds rows, Bounds cols) {
+  RequireBlock<RegularMatrix>(a, rows, cols);
   a.ThrowNotOk(code::none);
-  if (a.nrows() < r1 + 1 || a.ncols() < c1 + 1) FailWith(offset::shape, &a);
+  if (a.nrows() < rows.last + 1 || a.ncols() < cols.last + 1) FailWith(offset::shape, &a);
   const Consumed operand(a);
-  NewResult<RegularMatrix> block(r1 + 1 - r0, c1 + 1 - c0);
-  ReadBlock(a, r0, c0, *block);
+  NewResult<RegularMatrix> block(rows.size(), cols.size());
+  ReadBlock(a, rows.first, cols.first, *block);
   return block.hand_over();
 }
 

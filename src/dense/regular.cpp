@@ -151,5 +151,5 @@ double& RegularMatrix::operator()(size_type i) {
 
 RegularMatrix& RegularMatrix::operator()(size_type firstRow, size_type lastRow, size_type firstCol,
                                          size_type lastCol) const {
-  return detail::BlockOf(*this, firstRow, lastRow, firstCol, lastCol);
+  return detail::BlockOf(*this, {firstRow, lastRow}, {firstCol, lastCol});
 }

@@ -7,14 +7,6 @@
 namespace quorvel::detail {
 namespace {
 
-/// Bounds of an inclusive range. The size is a 32-bit difference as it stands: first = last + 1 is empty, any other
-/// reversed range asks for too many doubles.
-struct Bounds {
-  index_t first;
-  index_t last;
-  index_t size() const noexcept { return last + 1 - first; }
-};
-
 /// A block to be copied to the start of a matrix of its size.
 Block ToStart(Bounds rows, Bounds cols) noexcept { return {0, 0, rows.first, cols.first, rows.size(), cols.size()}; }
 
@@ -31,10 +23,11 @@ void ReadInto(K& out, const S& src, const Block& b) noexcept {
 
 /// A block of `out` itself becomes `out`: read into a new array before the old one goes.
 template <class K>
-K& ExtractedInPlace(K& out, const Block& b) {
+K& ExtractedInPlace(K& out, Bounds rows, Bounds cols) {
   out.ThrowNotOk(code::none);
-  // Sums that wrap belong to reversed ranges, which fail below.
-  if (out.nrows() < b.src_row + b.rows || out.ncols() < b.src_col + b.cols) FailWith(offset::shape, &out);
+  RequireBlock<K>(out, rows, cols);
+  if (out.nrows() < rows.last + 1 || out.ncols() < cols.last + 1) FailWith(offset::shape, &out);
+  const Block b = ToStart(rows, cols);
   Consumed held(out);
   K block(b.rows, b.cols);
   ReadInto(block, out, b);
@@ -49,12 +42,13 @@ template <class K, class S>
 K& Extracted(K& out, const S& src, Bounds rows, Bounds cols) {
   const Block b = ToStart(rows, cols);
   if constexpr (std::is_same_v<K, S>) {
-    if (&out == &src) return ExtractedInPlace(out, b);
+    if (&out == &src) return ExtractedInPlace(out, rows, cols);
   }
   if (GetErrorCode() != 0 || !out.ok()) FailWith(offset::not_ok, &out, &src);
   {
     Consumed held(src, out);
     out.SetSize(b.rows, b.cols, false);
+    if (rows.reversed() || cols.reversed()) throw std::bad_array_new_length();
     held.release(src);
     held.release(out);
   }
@@ -68,6 +62,7 @@ K& Extracted(K& out, const S& src, Bounds rows, Bounds cols) {
 /// SubMat of a principal block.
 template <class K>
 K& PrincipalBlock(const K& a, Bounds range) {
+  RequireBlock<K>(a, range, range);
   a.ThrowNotOk(code::none);
   if (a.ndim() < range.last + 1) FailWith(offset::shape, &a);
   const Consumed operand(a);
@@ -87,7 +82,7 @@ namespace detail = quorvel::detail;
     return detail::Extracted(out, src, {firstRow, lastRow}, {firstCol, lastCol});                                    \
   }                                                                                                                  \
   RegularMatrix& SubMat(const S& src, unsigned firstRow, unsigned lastRow, unsigned firstCol, unsigned lastCol) {    \
-    return detail::BlockOf(src, firstRow, lastRow, firstCol, lastCol);                                               \
+    return detail::BlockOf(src, {firstRow, lastRow}, {firstCol, lastCol});                                           \
   }
 
 #define PRINCIPAL(K)                                                  \

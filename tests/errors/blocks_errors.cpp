@@ -152,6 +152,76 @@ TEST(BlockErrors, Extraction) {
   CheckExtraction<DiagonalMatrix>();
 }
 
+// A reversed range is a bad array length before anything is looked at: also outside the matrix, with a pending code or
+// an operand that is not ok, and where the 32-bit size wraps to a small one.
+template <class S>
+void CheckReversed() {
+  SCOPED_TRACE(S().ClassName());
+  constexpr unsigned npos = Matrix::npos;
+  Random random(44);
+  S a = SumSample<S>(3, 3, Pattern::kUniform, random);
+  const auto given = [&](bool dispensable, bool ok) -> S& {
+    S& b = dispensable ? DispensableCopy(a) : *new S(a);
+    b.set_ok(ok);
+    return b;
+  };
+  struct Range {
+    unsigned first, last;
+  };
+  for (const Range r : {Range{2, 0}, {5, 3}, {9, 1}, {npos, 0}, {npos - 1, 1}, {npos, 1}, {1, npos}}) {
+    for (const bool dispensable : {false, true}) {
+      for (const bool ok : {false, true}) {
+        for (const int pending : {0, 6}) {
+          for (const bool by_rows : {false, true}) {
+            const Range rows = by_rows ? r : Range{0, 0};
+            const Range cols = by_rows ? Range{0, 0} : r;
+            const auto refuses = [&](auto block) {
+              S& b = given(dispensable, ok);
+              int code = pending;
+              abort_set(code);
+              EXPECT_THROW(static_cast<void>(block(b)), std::bad_array_new_length) << r.first << ".." << r.last;
+              EXPECT_EQ(GetErrorCode(), pending);
+              abort_reset();
+              if (!dispensable) delete &b;
+            };
+            refuses([&](S& b) -> RegularMatrix& { return b(rows.first, rows.last, cols.first, cols.last); });
+            refuses([&](S& b) -> RegularMatrix& { return SubMat(b, rows.first, rows.last, cols.first, cols.last); });
+            if constexpr (std::is_same_v<S, SymmetricMatrix> || std::is_same_v<S, DiagonalMatrix>) {
+              refuses([&](S& b) -> S& { return SubMat(b, r.first, r.last); });
+            }
+          }
+        }
+      }
+      RegularMatrix out;
+      S& b = given(dispensable, true);
+      EXPECT_THROW(GetSubMat(out, b, r.first, r.last, 0, 0), std::bad_array_new_length) << r.first << ".." << r.last;
+      if (!dispensable) delete &b;
+      S& own = given(dispensable, true);
+      if constexpr (std::is_same_v<S, RegularMatrix>) {
+        EXPECT_THROW(GetSubMat(own, own, 0, 0, r.first, r.last), std::bad_array_new_length);
+        if (!dispensable) delete &own;
+      } else if constexpr (std::is_same_v<S, SymmetricMatrix> || std::is_same_v<S, DiagonalMatrix>) {
+        EXPECT_THROW(GetSubMat(own, own, r.first, r.last), std::bad_array_new_length);
+        if (!dispensable) delete &own;
+      } else {
+        delete &own;
+      }
+    }
+  }
+  // Too many doubles come before the shape, too.
+  EXPECT_THROW(static_cast<void>(a(0, 1u << 14, 0, 1u << 14)), std::bad_array_new_length);
+  EXPECT_CODE(a(0, 3, 0, 0), 40000);
+  EXPECT_CODE(a(5, 4, 0, 0), 40000);  // empty, but outside
+}
+
+TEST(BlockErrors, ReversedRanges) {
+  CheckReversed<RegularMatrix>();
+  CheckReversed<SymmetricMatrix>();
+  CheckReversed<UpperTriangularMatrix>();
+  CheckReversed<LowerTriangularMatrix>();
+  CheckReversed<DiagonalMatrix>();
+}
+
 template <class K>
 void CheckPrincipal() {
   SCOPED_TRACE(K().ClassName());
