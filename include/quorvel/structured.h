@@ -100,7 +100,7 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 /// ATPA(A, P) = A' P A: normal matrix of weighted observations. A is m x n, P is m x m, the result of order n. Formed
 /// row by row as (A' P) A: w(k) = sum over t of A(t, i) * P(t, k), then (i, j) = sum over t of w(t) * A(t, j), j >= i.
 ///
-/// Thrown: 40000 when the row counts differ, 50000.
+/// Thrown: 40000 when the row counts differ or P is not square (a symmetric sparse matrix may be made so), 50000.
 ///
 /// With a block size, only the diagonal blocks of that size are formed: a SymmetricSparseMatrix of their non-zero
 /// elements. 0 means one block, the whole matrix; any other size must divide the order. One that does not destroys the
@@ -127,7 +127,7 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 
 /// AQAT(A, Q) = A Q A': covariance propagation. A is n x m, Q is m x m, the result of order n:
 /// w(k) = sum over t of A(i, t) * Q(t, k), then (i, j) = sum over t of w(t) * A(j, t), j >= i. Thrown: 40000 when the
-/// columns of A and the rows of Q differ, 50000. Block sizes, cost and scratch as for ATPA.
+/// columns of A and the rows of Q differ or Q is not square, 50000. Block sizes, cost and scratch as for ATPA.
 ///
 ///     SymmetricMatrix P2(AQAT(F, P) + Q);   // one array for the result in all
 [[nodiscard]] QUORVEL_API SymmetricMatrix& AQAT(const RegularMatrix& A, const SymmetricMatrix& Q);

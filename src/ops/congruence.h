@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "core/ownership.h"
 #include "core/storage.h"
 #include "ops/views.h"
 #include "sparse/cursor.h"
@@ -20,6 +21,16 @@ void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, un
 
 /// As Congruence for a sparse symmetric Q.
 void SparseCongruence(SymmetricMatrix& s, const Factor& x, const SparseLines& q, unsigned n, unsigned m);
+
+/// Refuses with 40000 a symmetric factor that is not square: a sparse one may be, and its lines would leave the work row
+/// or the result. `a` and `q` are the operands, whose check has passed.
+template <class K>
+void RequireSquare([[maybe_unused]] const K& factor, [[maybe_unused]] const Matrix& a,
+                   [[maybe_unused]] const Matrix& q) {
+  if constexpr (std::is_same_v<K, SymmetricSparseMatrix>) {
+    if (factor.nrows() != factor.ncols()) FailWith(offset::shape, &a, &q);
+  }
+}
 
 /// Scratch on the stack up to N doubles, on the heap beyond.
 template <unsigned N>

@@ -1,6 +1,7 @@
 // ATPA, AQAT and SQS with a block size: the diagonal blocks of X Q X' as a sparse matrix.
 #include "quorvel/structured.h"
 
+#include "ops/congruence.h"
 #include "ops/lines.h"
 #include "ops/produce.h"
 #include "ops/tables/structured.h"
@@ -70,6 +71,8 @@ void FillBlocks(SymmetricSparseMatrix& s, const X& x, const XTransposed& xt, con
 template <class A, class Q, class X, class XTransposed>
 SymmetricSparseMatrix& NewBlocks(const A& a, const Q& q, const X& x, const XTransposed& xt, index_t n, index_t m,
                                  unsigned block) {
+  detail::RequireSquare(a, a, q);
+  detail::RequireSquare(q, a, q);
   if (block != 0 && (block > n || n % block != 0)) detail::FailWith(code::none, &a, &q);
   if (block == 0) block = n;
   const auto fill = [&](SymmetricSparseMatrix& s) { FillBlocks(s, x, xt, q, m, block); };

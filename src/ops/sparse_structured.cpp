@@ -167,6 +167,7 @@ QUORVEL_SPARSE_SYMMETRIC_OF_ABT(QUORVEL_DEFINE)
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ATPA(const K1& A, const K2& P) { \
     A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSquare(P, A, P); \
     return NewProduct<R>(A, P, A.ncols(), A.ncols(), [&](R& s) { FillATPA(s, A, P); }); \
   }
 QUORVEL_SPARSE_ATPA(QUORVEL_DEFINE)
@@ -175,6 +176,7 @@ QUORVEL_SPARSE_ATPA(QUORVEL_DEFINE)
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& AQAT(const K1& A, const K2& Q) { \
     A.ThrowProduct(code::none, Q); \
+    detail::RequireSquare(Q, A, Q); \
     return NewProduct<R>(A, Q, A.nrows(), A.nrows(), [&](R& s) { FillAQAT(s, A, Q); }); \
   }
 QUORVEL_SPARSE_AQAT(QUORVEL_DEFINE)
@@ -183,6 +185,8 @@ QUORVEL_SPARSE_AQAT(QUORVEL_DEFINE)
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SQS(const K1& S, const K2& Q) { \
     S.ThrowProduct(code::none, Q); \
+    detail::RequireSquare(S, S, Q); \
+    detail::RequireSquare(Q, S, Q); \
     return NewProduct<R>(S, Q, S.nrows(), S.nrows(), [&](R& s) { FillSQS(s, S, Q); }); \
   }
 QUORVEL_SPARSE_SQS(QUORVEL_DEFINE)

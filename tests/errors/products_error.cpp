@@ -94,6 +94,31 @@ TEST(ProductRefusals, BlockSizes) {
   EXPECT_CODE(Drop(AQAT(Dispensable<RegularMatrix>(4u, 4u), one, 3)), 0);
 }
 
+// A symmetric sparse matrix can be made with unlike sizes; its lines would lead outside the work row.
+TEST(ProductRefusals, SymmetricFactorsThatAreNotSquare) {
+  for (const unsigned cols : {2u, 5u}) {
+    const auto unlike = [cols]() -> SymmetricSparseMatrix& {
+      SymmetricSparseMatrix& q = *new SymmetricSparseMatrix(3, cols);
+      q.SparseMatrixInsert(0, cols - 1, 1.0);
+      q.set_dispensable(true);
+      return q;
+    };
+    const auto dense = []() -> RegularMatrix& { return Dispensable<RegularMatrix>(3u, 3u); };
+    const auto sparse = []() -> RegularSparseMatrix& { return Dispensable<RegularSparseMatrix>(3u, 3u); };
+    EXPECT_CODE(Drop(ATPA(dense(), unlike())), 40000);
+    EXPECT_CODE(Drop(ATPA(dense(), unlike(), 3)), 40000);
+    EXPECT_CODE(Drop(ATPA(sparse(), unlike(), 2)), 40000);
+    EXPECT_CODE(Drop(AQAT(dense(), unlike())), 40000);
+    EXPECT_CODE(Drop(AQAT(dense(), unlike(), 0)), 40000);
+    EXPECT_CODE(Drop(AQAT(sparse(), unlike())), 40000);
+    EXPECT_CODE(Drop(AQAT(sparse(), unlike(), 1)), 40000);
+    EXPECT_CODE(Drop(SQS(Dispensable<SymmetricMatrix>(3u), unlike())), 40000);
+    EXPECT_CODE(Drop(SQS(unlike(), Dispensable<SymmetricMatrix>(cols))), 40000);
+    EXPECT_CODE(Drop(SQS(unlike(), Dispensable<SymmetricMatrix>(cols), 1)), 40000);
+    EXPECT_CODE(Drop(SQS(Dispensable<SymmetricSparseMatrix>(3u), unlike(), 1)), 40000);
+  }
+}
+
 TEST(ProductRefusals, SparseTriangles) {
   for (const bool dispensable : {false, true}) {
     const auto operand = [&](const RegularSparseMatrix& m) -> RegularSparseMatrix& {
