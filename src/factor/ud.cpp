@@ -49,13 +49,17 @@ int RefusedResize(const SquareMatrix& a, index_t n) noexcept {
   return n < a.ndim() ? offset::range : offset::shape;
 }
 
-/// Checks, then brings both factors to P's order. The operands are U, D and P.
-void TakeOrder(Operands& operands, bool ok, UpperTriangularMatrix& U, DiagonalMatrix& D, index_t n) {
-  operands.Require(ok, true);
-  if (const int refused = RefusedResize(D, n)) operands.Fail(refused);
-  if (const int refused = RefusedResize(U, n)) operands.Fail(refused);
-  D.SetSize(n, n, true);
-  U.SetSize(n, n, true);
+/// Checks one factor, then brings it to order n.
+void TakeOrder(Operands& operands, SquareMatrix& a, index_t n) {
+  operands.Require(a.ok(), true);
+  if (const int refused = RefusedResize(a, n)) operands.Fail(refused);
+  a.SetSize(n, n, true);
+}
+
+/// D comes first: it has its new order when U is refused.
+void TakeOrder(Operands& operands, UpperTriangularMatrix& U, DiagonalMatrix& D, index_t n) {
+  TakeOrder(operands, D, n);
+  TakeOrder(operands, U, n);
 }
 
 }  // namespace
@@ -83,7 +87,7 @@ using detail::index_t;
 void UDDecomposition(UpperTriangularMatrix& U, DiagonalMatrix& D, const SymmetricMatrix& P) {
   detail::Operands operands(2, U, D, P);
   const index_t n = P.ndim();
-  detail::TakeOrder(operands, U.ok() && D.ok(), U, D, n);
+  detail::TakeOrder(operands, U, D, n);
   detail::FactorColumns(U.data(), D.data(), P.data(), n, [](index_t j, double* column, const double* s) noexcept {
     const double d = column[j] - s[j];
     for (index_t i = 0; i < j; ++i) column[i] = column[i] / d - s[i];
@@ -105,7 +109,8 @@ void UDDecomposition(UpperTriangularMatrix& U, const SymmetricMatrix& P) {
 void UDFactor(UpperTriangularMatrix& U, DiagonalMatrix& D, const SymmetricMatrix& P) {
   detail::Operands operands(2, U, D, P);
   const index_t n = P.ndim();
-  detail::TakeOrder(operands, U.ok() && D.ok() && P.ok(), U, D, n);
+  operands.Require(true);
+  detail::TakeOrder(operands, U, D, n);
   const int singular = detail::FactorUD(U.data(), D.data(), P.data(), n);
   U.set_nsing(singular);
   D.set_nsing(singular);

@@ -76,6 +76,21 @@ TEST(FactorisationCodes, DispensableFactorsOfAnotherOrder) {
   Release(to_empty, to_empty_too);
 }
 
+// D is checked and resized before U is looked at.
+TEST(FactorisationCodes, UDDecompositionTakesDBeforeU) {
+  const S p(3);
+  U not_ok(3);
+  not_ok.set_ok(false);
+  EXPECT_CODE(UDDecomposition(not_ok, Dispensable<D>(4u), p), 60000);
+  EXPECT_CODE(UDDecomposition(not_ok, Dispensable<D>(2u), p), 40000);
+  D d(4);
+  EXPECT_CODE(UDDecomposition(not_ok, d, p), 50000);
+  EXPECT_EQ(d.ndim(), 3u);
+  d.SetSize(2, 2, false);
+  EXPECT_CODE(UDDecomposition(Dispensable<U>(1u), d, p), 40000);
+  EXPECT_EQ(d.ndim(), 3u);
+}
+
 TEST(FactorisationCodes, UDUpdates) {
   TruthTable({50000, 50000, 50000, 50000}, [](Operand& o) {
     U& u = o.Make<U>(3u);
