@@ -56,8 +56,8 @@ QUORVEL_API SymmetricMatrix& inv(const SymmetricMatrix& A, bool inPlace = false)
 /// By reflections, orders 2 and 3 included. Codes and counts as for a regular matrix: 50940, 40900.
 QUORVEL_API RegularSparseMatrix& inv(RegularSparseMatrix& A, bool inPlace = false);
 QUORVEL_API RegularSparseMatrix& inv(const RegularSparseMatrix& A, bool inPlace = false);
-/// The upper triangle of the general inverse; orders 2 and 3 go to inv2x2 and inv3x3. Throws 50940; orders 2 and 3:
-/// 50000.
+/// The upper triangle of the general inverse; orders 2 and 3 go to inv2x2 and inv3x3. Throws 50940 (orders 2 and
+/// 3: 50000), 40900 (not square).
 QUORVEL_API SymmetricSparseMatrix& inv(SymmetricSparseMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricSparseMatrix& inv(const SymmetricSparseMatrix& A, bool inPlace = false);
 

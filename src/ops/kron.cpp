@@ -90,10 +90,17 @@ void FillKron(const Rule<K>& to, const Rule<A>& a, const Rule<B>& b) noexcept {
   }
 }
 
+template <class K>
+void CheckFactor(const K& factor) {
+  factor.ThrowNotOkOrEmpty(code::none);
+  // A symmetric sparse matrix may be made rectangular; the product has no place for that.
+  if constexpr (std::is_same_v<K, SymmetricSparseMatrix>) factor.ThrowNotSquare(code::none);
+}
+
 template <class K, class A, class B>
 K& Kron(const A& a, const B& b) {
-  a.ThrowNotOkOrEmpty(code::none);
-  b.ThrowNotOkOrEmpty(code::none);
+  CheckFactor(a);
+  CheckFactor(b);
   Consumed operands(a, b);
   NewKron<K, A, B> result(a, b);
   if constexpr (is_dense<K>) {

@@ -193,6 +193,8 @@ TEST(MatrixFunctionCodes, Kron) {
   KronRefuses(ss, d);
   KronRefuses(ss, ss);
   EXPECT_CODE(kron(RegularMatrix(0, 2), RegularMatrix(2, 0)), 40000);
+  EXPECT_CODE(kron(SymmetricSparseMatrix(2, 3), SymmetricSparseMatrix(2)), 40000);  // made rectangular
+  EXPECT_CODE(kron(DiagonalMatrix(2), SymmetricSparseMatrix(3, 2)), 40000);
 }
 
 TEST(MatrixFunctionCodes, TooLargeResults) {
