@@ -12,31 +12,41 @@ namespace {
 
 constexpr unsigned strip = 24;  // a multiple of every instance's tile
 constexpr unsigned stack_lines = 64;
+constexpr unsigned long_lines = 4096;
+constexpr unsigned narrow_strip = 8;
 using StripScratch = SmallScratch<strip * stack_lines>;
+
+/// Rows of the result in a strip, and the length of a line of its scratch. On the heap w is no wider than the result;
+/// and where m is not limited by the size of Q, a long w is narrow unless X is much larger than a wide one.
+unsigned WidthOfStrip(unsigned n, unsigned m, bool full_q) noexcept {
+  if (m <= stack_lines) return strip;
+  const unsigned widest = full_q || m <= long_lines || n >= 4 * strip ? strip : narrow_strip;
+  return n < widest ? n : widest;
+}
 
 /// Rows begin .. end - 1 of s when the lines of x are its columns: then the rows of X' lie across the registers as they
 /// are. What is left of s from row `begin` on is a packed triangle itself.
-void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned begin, unsigned end,
-                        unsigned m) {
+void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned width, unsigned begin,
+                        unsigned end, unsigned m) {
   const unsigned left = s.ndim() - begin;
   const Target rest{s.data() + packed_row(begin, s.ndim()), static_cast<kernel_offset>(left) - 1, 1, Form::by_rows,
                     Shape::upper};
   Factor xt = Transposed(x);
   xt.first += begin;
-  kernels().multiply(rest, 0, Transposed(FactorOf(w, strip)), xt, 0, {0, end - begin, 0, left, m});
+  kernels().multiply(rest, 0, Transposed(FactorOf(w, width)), xt, 0, {0, end - begin, 0, left, m});
 }
 
 template <class FillStrip>
-void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned n, unsigned m, FillStrip fill_strip) {
-  StripScratch scratch(std::uint64_t{strip} * m);
+void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned width, unsigned n, unsigned m, FillStrip fill_strip) {
+  StripScratch scratch(std::uint64_t{width} * m);
   double* const w = scratch.data();
-  for (unsigned begin = 0; begin < n; begin += strip) {
-    const unsigned end = n - begin < strip ? n : begin + strip;
+  for (unsigned begin = 0; begin < n; begin += width) {
+    const unsigned end = n - begin < width ? n : begin + width;
     fill_strip(w, begin, end);
     if (x.form == Form::by_columns) {
-      TrailingUpperStrip(s, x, w, begin, end, m);
+      TrailingUpperStrip(s, x, w, width, begin, end, m);
     } else {
-      kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, strip), begin, {begin, n, begin, end, m});
+      kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, width), begin, {begin, n, begin, end, m});
     }
   }
 }
@@ -51,30 +61,33 @@ double ElementOf(const Factor& x, unsigned i, unsigned t) noexcept {
 }  // namespace
 
 void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n, unsigned m) {
-  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
-    kernels().multiply(TargetOf(w, strip), begin, q, Transposed(x), 0, {0, m, begin, end, m});
+  const unsigned width = WidthOfStrip(n, m, true);
+  ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
+    kernels().multiply(TargetOf(w, width), begin, q, Transposed(x), 0, {0, m, begin, end, m});
   });
 }
 
 void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, unsigned n, unsigned m) {
-  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
+  const unsigned width = WidthOfStrip(n, m, false);
+  ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
     for (unsigned t = 0; t < m; ++t) {
-      for (unsigned i = begin; i < end; ++i) w[t * strip + (i - begin)] = 0.0 + ElementOf(x, i, t) * q[t];
+      for (unsigned i = begin; i < end; ++i) w[t * width + (i - begin)] = 0.0 + ElementOf(x, i, t) * q[t];
     }
   });
 }
 
 void SparseCongruence(SymmetricMatrix& s, const Factor& x, const SparseLines& q, unsigned n, unsigned m) {
-  StripScratch transposed(std::uint64_t{strip} * m);
+  const unsigned width = WidthOfStrip(n, m, false);
+  StripScratch transposed(std::uint64_t{width} * m);
   double* const xt = transposed.data();
-  ByStrips(s, x, n, m, [&](double* w, unsigned begin, unsigned end) {
+  ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
     for (unsigned t = 0; t < m; ++t) {
-      for (unsigned i = begin; i < end; ++i) xt[t * strip + (i - begin)] = ElementOf(x, i, t);
+      for (unsigned i = begin; i < end; ++i) xt[t * width + (i - begin)] = ElementOf(x, i, t);
     }
     for (unsigned k = 0; k < m; ++k) {
-      FillDoubles(w + k * strip, 0.0, strip);
+      FillDoubles(w + k * width, 0.0, width);
       for (LineCursor e = q.row(k); e; e.next()) {
-        kernels().add_multiple(w + k * strip, e.value(), xt + e.index() * strip, end - begin);
+        kernels().add_multiple(w + k * width, e.value(), xt + e.index() * width, end - begin);
       }
     }
   });
