@@ -2,8 +2,8 @@
 # usage: test.sh [--quick] [--no-install]
 #
 # Builds and runs the whole suite: GCC, sanitizers and Clang on this machine, then the cross build for
-# 32-bit ARM under QEMU. The results of all builds must agree to the last bit (their digests are
-# compared). --quick: GCC on this machine only. --no-install: name missing tools instead of
+# 32-bit ARM under QEMU. The results of all builds, and of the library built at other levels of
+# optimisation, must agree to the last bit (their digests are compared). --quick: GCC on this machine only. --no-install: name missing tools instead of
 # installing them.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
@@ -57,6 +57,26 @@ for preset in "${presets[@]:1}"; do
   fi
   echo "$preset: the same"
 done
+
+# The same test programs with the library built at other levels: it takes the place of theirs.
+if [ $quick = no ]; then
+  for level in O0 O3 Os; do
+    say "library at -$level: building, and its results"
+    quietly cmake -S . -B "build/$level" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="-$level" \
+      -DQUORVEL_BUILD_TESTS=OFF -DQUORVEL_BUILD_EXAMPLES=OFF
+    build "build/$level" Quorvel
+    for room in laws unit accuracy; do
+      program=$(find "build/$reference/tests" -name "test_$room" -type f)
+      loaded=$(LD_LIBRARY_PATH=$PWD/build/$level ldd "$program")
+      [[ $loaded == *"$PWD/build/$level/libQuorvel"* ]] ||
+        { echo "FAILED: test_$room does not take the library at -$level"; exit 1; }
+      line=$(LD_LIBRARY_PATH=$PWD/build/$level "$program" --gtest_brief=1 | grep '^digest ')
+      digests_of "$reference" | grep -qxF "$line" ||
+        { echo "FAILED: at -$level the results differ: $line"; exit 1; }
+      echo "$line: the same"
+    done
+  done
+fi
 
 for preset in "${presets[@]}"; do
   say "$preset"
