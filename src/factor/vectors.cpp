@@ -46,6 +46,8 @@ unsigned SetNonZeros(unsigned n, RegularMatrix& x, RegularMatrix& out, unsigned*
   if (ErrorState() != 0) operands.Fail(GetErrorCode());
   if (x.ncols() != 1) operands.Fail(detail::fixed::non_zeros_columns);
   if (n > out.nrows() || n > x.nrows()) operands.Fail(detail::fixed::non_zeros_range);
+  // Rows without columns hold nothing to write to.
+  if (n > 0 && out.ncols() == 0) operands.Fail(detail::fixed::non_zeros_range);
   unsigned count = 0;
   for (unsigned i = 0; i < n; ++i) {
     const double value = x.data()[i];

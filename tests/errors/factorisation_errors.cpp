@@ -306,6 +306,7 @@ TEST(FactorisationCodes, NonZeros) {
   }
   Refuses(60360, [&](Operand& o) { SetNonZeros(4, o.Make<R>(3u, 1u), o.Make<R>(4u, 1u), index); });
   Refuses(60360, [&](Operand& o) { SetNonZeros(4, o.Make<R>(4u, 1u), o.Make<R>(3u, 1u), index); });
+  Refuses(60360, [&](Operand& o) { SetNonZeros(4, o.Make<R>(4u, 1u), o.Make<R>(4u, 0u), index); });
   R& same = Dispensable<R>(3u, 2u);
   EXPECT_CODE(SetNonZeros(1, same, same, index), 40360);
 }

@@ -139,7 +139,10 @@ TEST(Reduction, EqualsTheLiteralComputationAtTheEndsOfTheRange) {
   for (double scale : {1e-150, 1e-155, 1e-160, 1e-170, 1e150, 1e153, 1e154, 1e160}) {
     for (unsigned trial = 0; trial < 20; ++trial) {
       Plain a(6, 5);
-      for (double& e : a.e) e = random.Uniform() * (random.Chance(2) ? scale : 1.0);
+      for (double& e : a.e) {
+        const double u = random.Uniform();
+        e = u * (random.Chance(2) ? scale : 1.0);
+      }
       EXPECT_TRUE(Same(R(a), LiteralR(a))) << scale << " " << trial;
     }
   }

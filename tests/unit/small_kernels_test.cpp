@@ -203,7 +203,7 @@ double Element(Random& random, unsigned trial) {
     case 2:
       return random.Chance(3) ? random.Uniform() * 1e-120 : 0.0;
     default:
-      return random.Integer(-3, 3) * (random.Chance(2) ? 1.0 : 1e-180);
+      return random.Chance(2) ? random.Integer(-3, 3) : random.Integer(-3, 3) * 1e-180;
   }
 }
 

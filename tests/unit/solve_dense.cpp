@@ -214,7 +214,11 @@ TEST(Solve, EqualsTheLiteralComputationOnSparsePatterns) {
     const unsigned n = 1 + random.Below(10);
     Plain a(n, n);
     for (double& e : a.e) e = random.Chance(3) ? random.Integer(-2, 2) : 0.0;
-    if (random.Chance(8)) a(random.Below(n), random.Below(n)) = random.Chance(2) ? kNaN : 1e-201;
+    if (random.Chance(8)) {
+      const unsigned i = random.Below(n);  // drawn one after the other: the order is the same everywhere
+      const unsigned j = random.Below(n);
+      a(i, j) = random.Chance(2) ? kNaN : 1e-201;
+    }
     EveryKind(a, Filled<RegularMatrix>(Pattern::kInteger, random, n, 1u + random.Below(3)));
   }
 }
