@@ -71,8 +71,9 @@ QUORVEL_API void VecEqMatrixTimesSelf(RegularMatrix& v, const UpperTriangularMat
 /// zero. x and `out` may be the same matrix. The index list is what RankOneUpdateNZ takes (together with x itself, not
 /// with the packed values).
 ///
-/// Throws 40360 (x is not one column), 60360 (n greater than the rows of x or of `out`, or `out` has no columns); flags are not read. n = 0
-/// returns 0, after these checks. A dispensable x is consumed, `out` never, except that a failed check destroys both.
+/// Throws 40360 (x is not one column), 60360 (n greater than the rows of x or of `out`, or `out` has no columns); flags
+/// are not read. n = 0 returns 0, after these checks. A dispensable x is consumed, `out` never, except that a failed
+/// check destroys both.
 QUORVEL_API unsigned SetNonZeros(unsigned n, RegularMatrix& x, RegularMatrix& out, unsigned* idx);
 QUORVEL_API unsigned SetNonZeros(unsigned n, const RegularMatrix& x, RegularMatrix& out, unsigned* idx);
 
