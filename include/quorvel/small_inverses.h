@@ -45,9 +45,19 @@ QUORVEL_API int inv3x3_rm(const double (*a)[3], double (*out)[3], double tol);
 QUORVEL_API int inv2x2_ulm(double* t, double tol);
 QUORVEL_API int inv3x3_ulm(double* t, double tol);
 
-/// out = a⁻¹ for a symmetric positive semidefinite a, both i_utc, by a = Uᵀ·U and U⁻¹·U⁻ᵀ. A pivot x of the elimination
-/// that is not greater than tol (no absolute value is taken) is counted and its row and column are left out. A negative
-/// diagonal element of `a` at such a pivot is a broken precondition: an assertion ends the process.
+/// a = Uᵀ·U for n <= 3, both i_utc; returns the number of singular pivots. (Mind: CholeskySquareRootUpper is U·Uᵀ.)
+///
+/// Pivot i is x = a(i, i) - Σ U(k, i)², taken off one by one for k = i - 1 down to 0. When tol >= x (absolute tolerance,
+/// signed pivot: a negative one counts, NaN does not) row and column i of U become 0.0 and are left out from there on. A
+/// negative a(i, i) at such a pivot ends the process (assertion "!(Acopy[i_utc(i,i)] < 0.0)"). Six doubles of `a` are
+/// read whatever n is, before U is written: U may be `a`. Rows of U from n on stay.
+///
+///     double a[6] = {4, 2, 5, 0, 0, 9}, u[6];
+///     int singular = CholeskyFactor(a, 3, u, 1e-12);   // 0; u = {2, 1, 2, 0, 0, 3}
+QUORVEL_API int CholeskyFactor(const double* a, unsigned n, double* U, double tol);
+
+/// out = a⁻¹ for a symmetric positive semidefinite a, both i_utc, by a = Uᵀ·U (CholeskyFactor, with its tolerance and its
+/// assertion) and U⁻¹·U⁻ᵀ. Rows and columns of singular pivots are zero; returns their number.
 QUORVEL_API int CholeskyInverse3x3(const double* a, double* out, double tol);
 
 /// out = S·Q·S, all _sm.

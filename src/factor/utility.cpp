@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "core/invariant.h"
+#include "quorvel/Matrix.h"
+#include "quorvel/small_inverses.h"
 
 Matrix::nsing_type CholeskyFactor(const double* A, unsigned n, double* U, double tol) {
   double Acopy[6];

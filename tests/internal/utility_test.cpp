@@ -1,9 +1,10 @@
 // The Cholesky factor of a small plain array.
 
-#include "factor/utility.h"
+#include "quorvel/small_inverses.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

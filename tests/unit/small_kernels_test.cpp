@@ -356,6 +356,17 @@ TEST(SmallProducts, KnownNumbers) {
   EXPECT_EQ(PWeightedNorm3x3(v, identity), 14.0);
 }
 
+// The library's users have it too, under the name of the factors of matrices.
+TEST(SmallCholeskyFactor, AnExactlyZeroPivotIsSingularWithoutTolerance) {
+  const Array<6> a = {4, 2, 1, 0, 0, 9};  // (1, 1): 1 - (2/2)^2
+  Array<6> u = {};
+  EXPECT_EQ(CholeskyFactor(a.data(), 3, u.data(), 0.0), 1);
+  ExpectValues(u, {2, 0, 0, 0, 0, 3});
+  const Array<6> b = {4, 2, 5, 0, 0, 9};
+  EXPECT_EQ(CholeskyFactor(b.data(), 3, u.data(), 1e-12), 0);
+  ExpectValues(u, {2, 1, 2, 0, 0, 3});
+}
+
 TEST(CholeskyInverse, OfAKnownMatrix) {
   // U = [2 1 0; 0 2 1; 0 0 1] gives a = UᵀU, i_utc packed.
   const double a[6] = {4, 2, 5, 0, 2, 2};
