@@ -6,6 +6,7 @@
 
 void quorvel::detail::TriangulariseMatrix(RegularSparseMatrix& A) {
   RegularSparseMatrix R;
+  if (A.growBy != 0) R.SetGrowBy(A.growBy - 1);  // the block size is chosen once
   SparseReflections reflections;
   TriangulariseSparse(A, R, reflections);
   R.set_nsing(A.nsing());

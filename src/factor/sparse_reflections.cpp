@@ -1,8 +1,10 @@
 #include "factor/sparse_reflections.h"
 
 #include <algorithm>
-#include <memory>
+#include <cstdint>
+#include <new>
 
+#include "core/storage.h"
 #include "sparse/append.h"
 #include "sparse/axis.h"
 
@@ -10,6 +12,13 @@ namespace quorvel::detail {
 namespace {
 
 constexpr index_t panel_width = 32;
+
+/// Doubles of a panel of m rows, as wide as an m x n matrix needs it.
+std::size_t PanelSize(index_t m, index_t n) {
+  const std::uint64_t count = std::uint64_t{m} * std::min(panel_width, n);
+  if (count >= max_doubles) throw std::bad_array_new_length();
+  return static_cast<std::size_t>(count);
+}
 
 /// An element of R, in the order of columns.
 struct Entry {
@@ -21,7 +30,7 @@ struct Entry {
 class PanelReducer {
  public:
   PanelReducer(const RegularSparseMatrix& a, SparseReflections& h)
-      : a_(a), m_(a.rows), n_(a.cols), h_(h), panel_(std::size_t{m_} * panel_width), used_(m_), vector_(m_), rows_(m_) {}
+      : a_(a), m_(a.rows), n_(a.cols), h_(h), panel_(PanelSize(m_, n_)), used_(m_), vector_(m_), rows_(m_) {}
 
   /// Reduces all columns; the elements of R come out by columns.
   std::vector<Entry> reduce() {

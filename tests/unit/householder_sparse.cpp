@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <utility>
 
 #include "quorvel/quorvel.h"
@@ -94,4 +95,24 @@ TEST(HouseholderSparse, ResultAndOwnership) {
   EXPECT_EQ(std::as_const(A)(0, 0), 5.0);
   EXPECT_EQ(std::as_const(A)(1, 1), 5.0);
   EXPECT_EQ(A.used, 2u);
+}
+
+TEST(HouseholderSparse, KeepsTheBlockSize) {
+  RegularSparseMatrix A(5, 4);
+  A.SetGrowBy(7);
+  for (unsigned i = 0; i < 5; ++i) A.Put(i, i % 4, 2.0);
+  RegularSparseMatrix& R = HouseholderTransformation(A, true);
+  EXPECT_EQ(&R, &A);
+  EXPECT_EQ(A.growBy, 8u);
+  EXPECT_FALSE(A.SetGrowBy(3));
+}
+
+// Work areas are counted as dense arrays are: 2^28 doubles are too many on every machine, before memory is asked for.
+TEST(HouseholderSparse, TooManyRowsAreABadArrayLength) {
+  RegularSparseMatrix A(1u << 23, 32);
+  A.Put(1, 0, 3.0);
+  EXPECT_THROW(HouseholderTransformation(A, true), std::bad_array_new_length);
+  EXPECT_EQ(A.nrows(), 1u << 23);
+  EXPECT_EQ(A.used, 1u);
+  EXPECT_EQ(std::as_const(A)(1, 0), 3.0);
 }
