@@ -1,10 +1,12 @@
 # The catalogue of codes, read out of src/core/codes.h: every constant there stands on one line with its meaning in the
-# comment behind it. From it come the tables of the debugger's printers and docs/CODES.md.
+# comment behind it; a line "do:" below says what to do. From it come the tables of the debugger's printers and docs/CODES.md.
 #
-# quorvel_read_codes(): sets QUORVEL_CODES_<space> to a list of "number|name|meaning", space = offset, code, fixed.
+# quorvel_read_codes(): sets QUORVEL_CODES_<space> to a list of "number|name|meaning", space = offset, code, fixed, and
+# QUORVEL_CODES_do_<name> to what is to be done; offsets and fixed codes must say it.
 
 function(quorvel_read_codes)
   set(space "")
+  set(due "")
   foreach(part offset code fixed)
     set(found_${part} "")
   endforeach()
@@ -17,6 +19,15 @@ function(quorvel_read_codes)
       set(space "${CMAKE_MATCH_1}")
     elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) = ([0-9]+), *// (.+)$")
       list(APPEND found_${space} "${CMAKE_MATCH_2}|${CMAKE_MATCH_1}|${CMAKE_MATCH_3}")
+      if(due)
+        message(FATAL_ERROR "src/core/codes.h: ${due} needs a line \"do:\" below it")
+      endif()
+      if(NOT space STREQUAL "code")
+        set(due "${CMAKE_MATCH_1}")
+      endif()
+    elseif(line MATCHES "^// +do: (.+)$")
+      set(QUORVEL_CODES_do_${due} "${CMAKE_MATCH_1}" PARENT_SCOPE)
+      set(due "")
     elseif(line MATCHES "^inline constexpr int ([a-z_0-9]+) =")
       message(FATAL_ERROR "src/core/codes.h: ${CMAKE_MATCH_1} needs its meaning behind it, on the same line")
     endif()
@@ -48,13 +59,17 @@ function(quorvel_python_table entries result)
   set(${result} "${table}" PARENT_SCOPE)
 endfunction()
 
-# One table row "| number | meaning |" per entry, in increasing order.
+# One table row "| number | meaning |" per entry, in increasing order, with a third column where it is said what to do.
 function(quorvel_markdown_rows entries result)
   list(SORT entries COMPARE NATURAL)
   set(rows "")
   foreach(entry IN LISTS entries)
-    string(REGEX REPLACE "^([0-9]+)\\|[a-z_0-9]+\\|(.+)$" "| \\1 | \\2 |\n" row "${entry}")
-    string(APPEND rows "${row}")
+    string(REGEX MATCH "^([0-9]+)\\|([a-z_0-9]+)\\|(.+)$" ignored "${entry}")
+    string(APPEND rows "| ${CMAKE_MATCH_1} | ${CMAKE_MATCH_3} |")
+    if(DEFINED QUORVEL_CODES_do_${CMAKE_MATCH_2})
+      string(APPEND rows " ${QUORVEL_CODES_do_${CMAKE_MATCH_2}} |")
+    endif()
+    string(APPEND rows "\n")
   endforeach()
   set(${result} "${rows}" PARENT_SCOPE)
 endfunction()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference]
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference] [manual]
 #
 # Sees to it that the tools of the named groups are there. What is missing is installed with apt,
 # without questions; with --no-install it is only named, and the script fails.
@@ -12,11 +12,15 @@ tools=(
   "build|g++|g++|compiles the library for this machine"
   "test|googletest|/usr/src/googletest/CMakeLists.txt|the test framework, built from source for every target"
   "test|gdb|gdb|checks the debugger's printers"
+  "test|doxygen|doxygen|checks that everything is documented"
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
   "reference|octave|octave-cli|reads our text output back, in a test"
   "reference|liblapack-dev|/usr/share/doc/liblapack-dev|factorises and solves beside us, in a test"
+  "reference|libeigen3-dev|/usr/include/eigen3/Eigen/Core|looks into our arrays, in the examples of the manual"
+  "manual|doxygen|doxygen|writes the manual"
+  "manual|libjs-mathjax|/usr/share/javascript/mathjax/MathJax.js|sets the formulas of the manual"
 )
 
 install=yes
@@ -24,7 +28,7 @@ groups=()
 for argument in "$@"; do
   case $argument in
     --no-install) install=no ;;
-    build | test | clang | arm | reference) groups+=("$argument") ;;
+    build | test | clang | arm | reference | manual) groups+=("$argument") ;;
     *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
   esac
 done
@@ -43,7 +47,7 @@ for tool in "${tools[@]}"; do
   [[ " ${groups[*]} " == *" $group "* ]] || continue
   present "$probe" && continue
   echo "missing: $package ($purpose)"
-  missing+=("$package")
+  [[ " ${missing[*]-} " == *" $package "* ]] || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
 

@@ -7,6 +7,7 @@
 /// Elements are read zero off the diagonal; writing there throws 60090.
 class QUORVEL_API DiagonalMatrix : public SquareMatrix {
  public:
+  /// Order 0, no array; the singularity count is -1.
   DiagonalMatrix() noexcept;
   /// n x n zeros.
   explicit DiagonalMatrix(size_type n);
@@ -25,6 +26,7 @@ class QUORVEL_API DiagonalMatrix : public SquareMatrix {
   DiagonalMatrix& operator=(double x);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "DiagonalMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
   size_type StoredCount() const override;
@@ -32,7 +34,7 @@ class QUORVEL_API DiagonalMatrix : public SquareMatrix {
   void InsertRowsAndCols(size_type at, size_type count) override;
   void RemoveRowsAndCols(size_type at, size_type count) override;
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(DiagonalMatrix& other) noexcept;
 
   /// Throws 60090 unless i = j < n.
@@ -41,8 +43,10 @@ class QUORVEL_API DiagonalMatrix : public SquareMatrix {
   /// Negates a dispensable matrix in place and returns it; otherwise a new dispensable copy, negated. Throws 50450.
   [[nodiscard]] DiagonalMatrix& operator-();
   [[nodiscard]] DiagonalMatrix& operator-() const;
+  /// Every stored element times s; 0 gives +0.0 everywhere, even over NaN. Neither checks anything: no flag, no
+  /// pending code. The singularity count stays.
   DiagonalMatrix& operator*=(double s);
-  /// Multiplies by 1.0 / s (not a division per element). s = 0 gives infinities or NaN, unchecked.
+  /// The same with 1.0 / s (not a division per element). s = 0 gives infinities or NaN.
   DiagonalMatrix& operator/=(double s);
 
   // Element-wise; the singularity count becomes -1; a dispensable operand other than *this is consumed. Throws

@@ -1,17 +1,4 @@
-// The base of every matrix kind, the error scheme, and the flat storage of the dense kinds.
-//
-// Errors. Misuse throws MatrixException, which carries one int: operation code + offset, so that the number tells
-// which operation failed and why. The first code that is thrown stays *pending*: every later checked operation
-// throws it again until abort_reset() is called, so that a failure cannot be followed by further work unnoticed.
-//
-//   offset  meaning
-//   10000   a required pointer is null (out of memory: 10680)
-//   30000   an insertion position lies beyond the extent
-//   40000   size, shape or index range does not fit; an operand is empty; a dispensable matrix where none may be
-//   50000   an operand is not ok
-//   60000   a removal or a range lies beyond the extent (or its matrix is not ok or dispensable)
-//
-// Numerical singularity is no error: it is counted, see Matrix::nsing().
+// Matrix and the bases of the dense kinds, the error scheme.
 #ifndef QUORVEL_MATRIX_H
 #define QUORVEL_MATRIX_H
 
@@ -29,7 +16,9 @@ struct Access;
 /// throws std::bad_array_new_length instead, and the sparse pool reports exhausted memory as std::bad_alloc.)
 class QUORVEL_API MatrixException final {
  public:
+  /// Carries `code`; nothing becomes pending.
   explicit MatrixException(int code) noexcept : code_(code) {}
+  /// The number: operation code + offset, or a fixed code.
   int code() const noexcept { return code_; }
 
  private:
@@ -37,7 +26,19 @@ class QUORVEL_API MatrixException final {
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
-// The pending code and the abort callback: two process-wide variables without locking (one thread at a time).
+// Errors. Misuse throws MatrixException, which carries one int: operation code + offset, so that the number tells
+// which operation failed and why. The first code that is thrown stays *pending*: every later checked operation
+// throws it again until abort_reset() is called, so that a failure cannot be followed by further work unnoticed.
+//
+//   offset  meaning
+//   10000   a required pointer is null (out of memory: 10680)
+//   30000   an insertion position lies beyond the extent
+//   40000   size, shape or index range does not fit; an operand is empty; a dispensable matrix where none may be
+//   50000   an operand is not ok
+//   60000   a removal or a range lies beyond the extent (or its matrix is not ok or dispensable)
+//
+// Numerical singularity is no error: it is counted, see Matrix::nsing(). The pending code and the abort callback are two
+// process-wide variables without locking: one thread at a time.
 
 /// Installs the function that is called with every code before it is thrown; null removes it. The callback may throw
 /// or exit; when it returns, the library throws MatrixException. abort_reset() inside it clears the pending code, but
@@ -79,17 +80,18 @@ QUORVEL_API void TestNULL(const void* p, int code);
 /// refuse it; set_ok(true), Swap, or move assignment from an ok matrix make it usable again.
 class QUORVEL_API Matrix {
  public:
-  using size_type = unsigned int;
-  using nsing_type = int;
+  using size_type = unsigned int;  ///< Sizes and indices; the largest value is npos.
+  using nsing_type = int;          ///< Singularity counts; -1: not known.
 
+  /// The kind of a matrix, as kind() reports it.
   enum class_type : unsigned char {
-    regular = 0,
-    symmetric = 1,
-    upper_triangular = 2,
-    lower_triangular = 3,
-    diagonal = 4,
-    regular_sparse = 5,
-    symmetric_sparse = 6
+    regular = 0,           ///< RegularMatrix
+    symmetric = 1,         ///< SymmetricMatrix
+    upper_triangular = 2,  ///< UpperTriangularMatrix
+    lower_triangular = 3,  ///< LowerTriangularMatrix
+    diagonal = 4,          ///< DiagonalMatrix
+    regular_sparse = 5,    ///< RegularSparseMatrix
+    symmetric_sparse = 6   ///< SymmetricSparseMatrix
   };
 
   /// As a last index of a row or column operation: to the end of the line. It has no such meaning in block operations.
@@ -110,11 +112,13 @@ class QUORVEL_API Matrix {
   /// Bytes in use: as HeapReserved, but only stored elements count.
   virtual std::size_t HeapUsed() const = 0;
 
+  /// The name of the class: "RegularMatrix", "SymmetricMatrix", ...
   virtual const char* ClassName() const = 0;
 
   /// True for the symmetric, diagonal and symmetric sparse kinds, whatever the element values.
   virtual bool IsSymmetric() const = 0;
 
+  /// Number of rows and columns. Checks nothing.
   virtual void GetSize(size_type& rows, size_type& cols) const = 0;
 
   /// Changes the size; with `keep` the elements inside both sizes keep their place and new ones are zero, without it
@@ -123,15 +127,22 @@ class QUORVEL_API Matrix {
   /// have to grow or shrink throws 40000 or 60000.
   virtual void SetSize(size_type rows, size_type cols, bool keep) = 0;
 
-  // State. None of these checks anything.
+  // State. None of these checks or consumes anything.
+
+  /// Number of rows, of columns.
   size_type nrows() const;
   size_type ncols() const;
   /// Number of pivots that the factorisation or inversion which made this matrix found singular; -1: not known.
   nsing_type nsing() const noexcept { return nsing_; }
+  /// False for a matrix without valid contents, which checked operations refuse.
   bool ok() const noexcept { return (flags_ & not_ok_bit) == 0; }
+  /// True for a temporary that its next user consumes.
   bool dispensable() const noexcept { return (flags_ & dispensable_bit) != 0; }
+  /// The kind, constant over the life of the object.
   class_type kind() const noexcept { return kind_; }
+  /// Sets the singularity count, also of a const matrix: it describes how the elements came about, and is none of them.
   void set_nsing(nsing_type count) const noexcept { nsing_ = count; }
+  /// Declares the contents valid or not.
   void set_ok(bool ok) noexcept;
   /// Only an object made by plain `new` may be marked: its consumer deletes it.
   void set_dispensable(bool dispensable) noexcept;
@@ -140,11 +151,9 @@ class QUORVEL_API Matrix {
   /// order: precision before width. Throws 50870 when not ok; consumes a dispensable matrix.
   void Print(std::FILE* file, bool fixed, bool header, int precision, int width) const;
 
-  // Checks. Each throws the pending code when there is one, else code + offset when its condition fails (nothing when
-  // that sum is 0). Before it throws, it destroys a dispensable *this and, in the two-operand checks, a dispensable
-  // `other` (once when both are the same object).
-
-  /// Not ok: +50000.
+  /// Checks, to be used by functions of your own. Each throws the pending code when there is one, else code + offset
+  /// when its condition fails (nothing when that sum is 0). Before it throws, it destroys a dispensable *this and, in the
+  /// two-operand checks, a dispensable `other` (once when both are the same object). Not ok: +50000.
   void ThrowNotOk(int code) const;
   /// Not ok: +50000; no rows or no columns: +40000.
   void ThrowNotOkOrEmpty(int code) const;
@@ -212,8 +221,11 @@ class QUORVEL_API SingleArrayMatrix : public Matrix {
   /// throws the bare value 0 (or the pending code) and destroys itself when dispensable.
   virtual size_type GetArrayCount(size_type rows, size_type cols) const = 0;
 
+  /// The array, in the order of the kind's storage; null when nothing is stored. Valid until the matrix is resized,
+  /// assigned to, swapped or consumed.
   double* data() noexcept { return array_; }
   const double* data() const noexcept { return array_; }
+  /// Number of doubles that the array has room for.
   size_type capacity() const noexcept { return capacity_; }
 
   /// Replaces the array by a new one of exactly `count` doubles, zeroed when asked for.
@@ -275,14 +287,17 @@ class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
  public:
   class proxy;
 
+  /// rows = cols = n.
   void GetSize(size_type& rows, size_type& cols) const override;
   void SetSize(size_type rows, size_type cols, bool keep) override;
+
   /// Opens `count` zero rows and columns before index `at` (at = n appends); count 0 does nothing, unchecked. Throws
   /// 50000 (not ok), 40000 (dispensable), 30000 (at > n).
   virtual void InsertRowsAndCols(size_type at, size_type count) = 0;
   /// Removes rows and columns at .. at + count - 1; count 0 does nothing, unchecked. Throws 60000 for any failure.
   virtual void RemoveRowsAndCols(size_type at, size_type count) = 0;
 
+  /// The order n.
   size_type nrows() const noexcept { return n_; }
   size_type ncols() const noexcept { return n_; }
   size_type ndim() const noexcept { return n_; }
@@ -312,12 +327,15 @@ class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
 /// 60090 outside the matrix; writing outside the stored part throws 60021 (diagonal: 60090), also for a value of 0.0.
 class QUORVEL_API SquareMatrix::proxy {
  public:
+  /// What operator()(i, j) of the matrix returns: it refers to the matrix, which must outlive it.
   proxy(SquareMatrix& matrix, size_type i, size_type j) noexcept : matrix_(&matrix), i_(i), j_(j) {}
   proxy(const proxy&) = default;
+  /// The value, as the const element access gives it.
   operator double() const;
-  proxy& operator=(double value);
   /// Copies the value that `other` refers to.
   proxy& operator=(const proxy& other);
+  /// Changes the stored element.
+  proxy& operator=(double value);
   proxy& operator+=(double value);
   proxy& operator-=(double value);
   proxy& operator*=(double value);
@@ -350,6 +368,7 @@ class QUORVEL_API TriMatrix : public SquareMatrix {
   /// Throws 60021 unless r <= c < n, the pair being a position of the packed array.
   void ThrowTriMatrixAccessorSet(unsigned r, unsigned c) const;
 
+  /// Line operations, as described above: set, clear, sum (in increasing index from 0.0), sum of squares, negate, scale.
   void SetRow(size_type index, double value, size_type first = npos, size_type last = npos);
   void SetCol(size_type index, double value, size_type first = npos, size_type last = npos);
   void ClearRow(size_type index, size_type first = npos, size_type last = npos);

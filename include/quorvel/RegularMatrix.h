@@ -7,6 +7,7 @@
 /// Element (i, j), counted from 0, is data()[i * n + j].
 class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
  public:
+  /// 0 x 0, no array; the singularity count is -1.
   RegularMatrix() noexcept;
   /// rows x cols zeros. No array when either is 0 (the sizes are kept as given).
   RegularMatrix(size_type rows, size_type cols);
@@ -39,24 +40,29 @@ class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
   RegularMatrix& operator=(double x);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "RegularMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+  /// rows = m, cols = n.
   void GetSize(size_type& rows, size_type& cols) const override;
   void SetSize(size_type rows, size_type cols, bool keep) override;
   size_type StoredCount() const override;
   size_type GetArrayCount(size_type rows, size_type cols) const override;
 
+  /// Rows m and columns n.
   size_type nrows() const noexcept { return m_; }
   size_type ncols() const noexcept { return n_; }
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(RegularMatrix& other) noexcept;
 
   /// Negates a dispensable matrix in place and returns it; otherwise a new dispensable copy, negated. Throws 50450.
   [[nodiscard]] RegularMatrix& operator-();
   [[nodiscard]] RegularMatrix& operator-() const;
+  /// Every stored element times s; 0 gives +0.0 everywhere, even over NaN. Neither checks anything: no flag, no
+  /// pending code. The singularity count stays.
   RegularMatrix& operator*=(double s);
-  /// Multiplies by 1.0 / s (not a division per element). s = 0 gives infinities or NaN, unchecked.
+  /// The same with 1.0 / s (not a division per element). s = 0 gives infinities or NaN.
   RegularMatrix& operator/=(double s);
 
   // Element-wise; the singularity count becomes -1; a dispensable operand other than *this is consumed. Throws
@@ -76,12 +82,13 @@ class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
   RegularMatrix& operator-=(const RegularSparseMatrix& b);
   RegularMatrix& operator-=(const SymmetricSparseMatrix& b);
 
-  // Checked element access. All four throw 60080 for a bad index, and a pending code even for a valid one.
+  /// Element (i, j), or element i of a row or column vector, counted from 0. All four throw 60080 for a bad index, and
+  /// a pending code even for a valid one. For loops take data() and the formula above.
   double operator()(size_type i, size_type j) const;
   double& operator()(size_type i, size_type j);
-  /// Element i of a row or column vector.
   double operator()(size_type i) const;
   double& operator()(size_type i);
+  /// The check of the access: throws 60080 unless i < m and j < n (one index: a vector with more than i elements).
   void ThrowRegularMatrixAccessor(unsigned i, unsigned j) const;
   void ThrowRegularMatrixAccessor(unsigned i) const;
 
@@ -105,17 +112,19 @@ class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
   void ClearRow(size_type row, size_type first = 0, size_type last = npos);
   void ClearCol(size_type col, size_type first = 0, size_type last = npos);
 
-  // Whole rows or columns. SetRows, SetCols and the removals throw 60000 for any failure; the insertions throw 50000
-  // (not ok), 40000 (dispensable), 30000 (position). Insertions and removals of 0 lines do nothing, unchecked.
-
+  /// Sets rows first .. first + count - 1. Throws 60000 for any failure, also for a count of 0.
   void SetRows(double value, size_type first, size_type count);
   /// For a square matrix sets columns first .. first + count - 1. For any other shape it steps by the row count
   /// instead of the column count, n times (kept; positions beyond the last element are skipped): use SetCol per column.
+  /// Throws 60000.
   void SetCols(double value, size_type first, size_type count);
   /// Opens zero rows before row `at`. Exact when appending (at = m). Before existing rows of a matrix with more than
-  /// one column only the first m - at doubles of the rows behind move (kept): to insert in the middle, append and copy blocks.
+  /// one column only the first m - at doubles of the rows behind move (kept): to insert in the middle, append and copy
+  /// blocks. Throws 50000 (not ok), 40000 (dispensable), 30000 (position); a count of 0 does nothing, unchecked.
   void InsertRows(size_type at, size_type count);
+  /// Opens zero columns before column `at`. Codes as InsertRows.
   void InsertCols(size_type at, size_type count);
+  /// Removes lines first .. first + count - 1. Throws 60000 for any failure; a count of 0 does nothing, unchecked.
   void RemoveRows(size_type first, size_type count);
   void RemoveCols(size_type first, size_type count);
 

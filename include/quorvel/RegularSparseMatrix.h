@@ -1,4 +1,4 @@
-// RegularSparseMatrix: general m x n matrix that stores only non-zero elements. Class name "RegularSparseMatrix", kind 5.
+// RegularSparseMatrix: general m x n matrix that stores only non-zero elements. Kind 5.
 #ifndef QUORVEL_REGULARSPARSEMATRIX_H
 #define QUORVEL_REGULARSPARSEMATRIX_H
 
@@ -7,6 +7,7 @@
 /// Elements, line operations and memory: see SparseMatrix.
 class QUORVEL_API RegularSparseMatrix : public SparseMatrix {
  public:
+  /// 0 x 0, no pool; the singularity count is -1.
   RegularSparseMatrix();
   /// rows x cols, nothing stored.
   RegularSparseMatrix(size_type rowCount, size_type colCount);
@@ -41,10 +42,11 @@ class QUORVEL_API RegularSparseMatrix : public SparseMatrix {
   RegularSparseMatrix& operator=(double v);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "RegularSparseMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(RegularSparseMatrix& other) noexcept;
 
   /// Negates a dispensable matrix in place and returns it; otherwise a new dispensable copy, negated. Throws 50450.

@@ -12,9 +12,9 @@
 struct SparseElement {
   SparseElement* nextInRow;  ///< next element of the row (larger column), or null
   SparseElement* nextInCol;  ///< next element of the column (larger row), or null; the free chain while unused
-  double value;
-  unsigned row;
-  unsigned col;
+  double value;               ///< its value, which may be a stored zero
+  unsigned row;               ///< its row
+  unsigned col;               ///< its column
 };
 
 /// Base of RegularSparseMatrix (kind 5, any shape) and SymmetricSparseMatrix (kind 6, which stores only row <= col and
@@ -45,6 +45,7 @@ class QUORVEL_API SparseMatrix : public Matrix {
   // -------------------------------------------------------------------------------------------------------------------
   // Size, memory, state.
 
+  /// rowCount = m, colCount = n.
   void GetSize(size_type& rowCount, size_type& colCount) const override;
 
   /// Elements inside both the old and the new bounds stay, whatever the third argument says; with a size of 0 in either
@@ -59,6 +60,7 @@ class QUORVEL_API SparseMatrix : public Matrix {
   /// 4 * (6 * used + rows + cols).
   std::size_t HeapUsed() const override;
 
+  /// Number of rows, of columns.
   size_type nrows() const noexcept { return rows; }
   size_type ncols() const noexcept { return cols; }
   /// The order of a square matrix, 0 of any other.
@@ -133,17 +135,17 @@ class QUORVEL_API SparseMatrix : public Matrix {
   void SparseMatrixRemove(SparseElement* prevInRow, SparseElement* e) noexcept;
 
   // -------------------------------------------------------------------------------------------------------------------
-  // One row or column, elements first..last (npos: to the end). In the symmetric kind a line is the whole row, both
-  // sides of the diagonal. Sums start at 0.0 and add stored elements in increasing index. Throw 50000 (not ok), 40000
-  // (index or range).
+  // Lines.
 
+  /// One row or column, elements first..last (npos: to the end): sum, sum of squares, negate, scale. In the symmetric
+  /// kind a line is the whole row, both sides of the diagonal. Sums start at 0.0 and add stored elements in increasing
+  /// index. MultRow and MultCol leave products of zero stored. Throw 50000 (not ok), 40000 (index or range).
   double SumRow(unsigned row, unsigned first = 0, unsigned last = npos) const;
   double SumCol(unsigned col, unsigned first = 0, unsigned last = npos) const;
   double SumSqRow(unsigned row, unsigned first = 0, unsigned last = npos) const;
   double SumSqCol(unsigned col, unsigned first = 0, unsigned last = npos) const;
   void NegateRow(unsigned row, unsigned first = 0, unsigned last = npos);
   void NegateCol(unsigned col, unsigned first = 0, unsigned last = npos);
-  /// Products of zero stay stored.
   void MultRow(unsigned row, double factor, unsigned first = 0, unsigned last = npos);
   void MultCol(unsigned col, double factor, unsigned first = 0, unsigned last = npos);
 
@@ -166,10 +168,9 @@ class QUORVEL_API SparseMatrix : public Matrix {
   /// a matrix wider than high refuses its columns from `rows` on (kept).
   void GetColElements(unsigned col, unsigned first, unsigned last, SparseMatrix& out) const;
 
-  // Opening and removing rows or columns; count 0 does nothing, unchecked. The symmetric kind is not kept symmetric by
-  // one of them alone: use SetSize there. Insertions throw 50000 (not ok), 40000 (dispensable), 30000 (position),
-  // removals 60000.
-
+  /// Opening and removing rows or columns; count 0 does nothing, unchecked. The symmetric kind is not kept symmetric by
+  /// one of them alone: use SetSize there. Insertions throw 50000 (not ok), 40000 (dispensable), 30000 (position),
+  /// removals 60000.
   void InsertRows(unsigned at, unsigned count);
   void InsertCols(unsigned at, unsigned count);
   void RemoveRows(unsigned at, unsigned count);
@@ -180,6 +181,7 @@ class QUORVEL_API SparseMatrix : public Matrix {
 
   /// Every cell becomes v (symmetric kind: its upper triangle is stored); v = 0 empties the matrix. Throws 50881.
   SparseMatrix& operator=(double v);
+  /// Changes the sign of every stored element.
   SparseMatrix& Negate() noexcept;
   /// this = factor * source. factor = 0 empties this matrix and leaves its size; products of zero stay stored; consumes
   /// nothing. Throws 50000, 52010. Hides the free function Mult inside members: write ::Mult there.
@@ -210,8 +212,8 @@ class QUORVEL_API SparseMatrix : public Matrix {
   SparseElement** rowHeads;   ///< first element of each row; null when there are no rows
   SparseElement** colHeads;   ///< first element of each column
   unsigned used;              ///< number of stored elements
-  size_type rows;
-  size_type cols;
+  size_type rows;             ///< number of rows
+  size_type cols;             ///< number of columns
   unsigned growBy;            ///< records per block; 0: not chosen yet
 
  protected:
@@ -230,14 +232,16 @@ class QUORVEL_API SparseMatrix : public Matrix {
 /// Reference to a cell, stored or not. It looks the cell up at every use, so it outlives insertions and removals.
 class QUORVEL_API SparseMatrix::proxy {
  public:
+  /// What operator()(row, col) of the matrix returns: it refers to the matrix, which must outlive it.
   proxy(SparseMatrix& matrix, size_type row, size_type col) noexcept : matrix_(&matrix), row_(row), col_(col) {}
   proxy(const proxy&) = default;
   /// 0.0 when the cell is absent.
   operator double() const;
-  // A cell whose new value is exactly 0 is removed, and an absent one stays absent when it would become 0.
-  proxy& operator=(double value);
   /// Copies the value that `other` refers to.
   proxy& operator=(const proxy& other);
+  /// Changes the cell. One whose new value is exactly 0 is removed, and an absent one stays absent when it would become
+  /// 0.
+  proxy& operator=(double value);
   proxy& operator+=(double d);
   proxy& operator-=(double d);
   proxy& operator*=(double d);

@@ -1,4 +1,4 @@
-// SymmetricMatrix: symmetric matrix, stored packed: the upper triangle by rows, n(n+1)/2 doubles. Class name "SymmetricMatrix", kind 1.
+// SymmetricMatrix: symmetric matrix, stored packed: the upper triangle by rows, n(n+1)/2 doubles. Kind 1.
 #ifndef QUORVEL_SYMMETRICMATRIX_H
 #define QUORVEL_SYMMETRICMATRIX_H
 
@@ -7,6 +7,7 @@
 /// Elements are read mirrored: (i, j) and (j, i) are one double.
 class QUORVEL_API SymmetricMatrix : public TriMatrix {
  public:
+  /// Order 0, no array; the singularity count is -1.
   SymmetricMatrix() noexcept;
   /// n x n zeros.
   explicit SymmetricMatrix(size_type n);
@@ -33,10 +34,11 @@ class QUORVEL_API SymmetricMatrix : public TriMatrix {
   SymmetricMatrix& operator=(double x);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "SymmetricMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(SymmetricMatrix& other) noexcept;
 
   /// Non-zero elements of the full n x n matrix: each stored one off the diagonal counts twice. Unchecked. (Through a
@@ -49,8 +51,10 @@ class QUORVEL_API SymmetricMatrix : public TriMatrix {
   /// Negates a dispensable matrix in place and returns it; otherwise a new dispensable copy, negated. Throws 50450.
   [[nodiscard]] SymmetricMatrix& operator-();
   [[nodiscard]] SymmetricMatrix& operator-() const;
+  /// Every stored element times s; 0 gives +0.0 everywhere, even over NaN. Neither checks anything: no flag, no
+  /// pending code. The singularity count stays.
   SymmetricMatrix& operator*=(double s);
-  /// Multiplies by 1.0 / s (not a division per element). s = 0 gives infinities or NaN, unchecked.
+  /// The same with 1.0 / s (not a division per element). s = 0 gives infinities or NaN.
   SymmetricMatrix& operator/=(double s);
 
   // Element-wise; the singularity count becomes -1; a dispensable operand other than *this is consumed. Throws

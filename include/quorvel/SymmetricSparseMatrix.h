@@ -9,6 +9,7 @@
 /// SparseMatrix.
 class QUORVEL_API SymmetricSparseMatrix : public SparseMatrix {
  public:
+  /// 0 x 0, no pool; the singularity count is -1.
   SymmetricSparseMatrix();
   /// n x n, nothing stored.
   explicit SymmetricSparseMatrix(size_type n);
@@ -35,10 +36,11 @@ class QUORVEL_API SymmetricSparseMatrix : public SparseMatrix {
   SymmetricSparseMatrix& operator=(double v);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "SymmetricSparseMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(SymmetricSparseMatrix& other) noexcept;
 
   /// Elements of the full n x n matrix that are stored: 2 * used - (rows that begin on the diagonal). Stored zeros

@@ -7,6 +7,7 @@
 /// Elements are read zero below the diagonal; writing there throws 60021.
 class QUORVEL_API UpperTriangularMatrix : public TriMatrix {
  public:
+  /// Order 0, no array; the singularity count is -1.
   UpperTriangularMatrix() noexcept;
   /// n x n zeros.
   explicit UpperTriangularMatrix(size_type n);
@@ -30,17 +31,20 @@ class QUORVEL_API UpperTriangularMatrix : public TriMatrix {
   UpperTriangularMatrix& operator=(double x);
 
   void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
+  /// "UpperTriangularMatrix".
   const char* ClassName() const override;
   bool IsSymmetric() const override;
 
-  /// Exchanges everything but the dispensable flags.
+  /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(UpperTriangularMatrix& other) noexcept;
 
   /// Negates a dispensable matrix in place and returns it; otherwise a new dispensable copy, negated. Throws 50450.
   [[nodiscard]] UpperTriangularMatrix& operator-();
   [[nodiscard]] UpperTriangularMatrix& operator-() const;
+  /// Every stored element times s; 0 gives +0.0 everywhere, even over NaN. Neither checks anything: no flag, no
+  /// pending code. The singularity count stays.
   UpperTriangularMatrix& operator*=(double s);
-  /// Multiplies by 1.0 / s (not a division per element). s = 0 gives infinities or NaN, unchecked.
+  /// The same with 1.0 / s (not a division per element). s = 0 gives infinities or NaN.
   UpperTriangularMatrix& operator/=(double s);
 
   // Element-wise; the singularity count becomes -1; a dispensable operand other than *this is consumed. Throws

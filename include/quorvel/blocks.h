@@ -1,4 +1,4 @@
-// Free functions for blocks: CopySubMat, GetSubMat, SubMat.
+// Blocks: CopySubMat, GetSubMat, SubMat.
 //
 //   CopySubMat(T, row, col, S, srcRow, srcCol, nRows, nCols)   block of S from (srcRow, srcCol) on -> T at (row, col)
 //   CopySubMat(T, row, col, S)                                 all of S -> T at (row, col)
@@ -34,8 +34,8 @@
 // where target and source are one packed or sparse matrix. Exactness: copies.
 //
 // Example:
-//   RegularMatrix F(eye(6, 1.0));                       // position and velocity
-//   CopySubMat(F, 0, 3, DiagonalMatrix(dtI));       // F(0:3, 3:6) = dt I
+//   RegularMatrix F(eye(6, 1.0));                   // position and velocity
+//   CopySubMat(F, 0, 3, eye(3, dt));                // F(0:3, 3:6) = dt I
 //   SymmetricMatrix Ppos(SubMat(P, 0, 2));          // covariance of the first three states
 #ifndef QUORVEL_BLOCKS_H
 #define QUORVEL_BLOCKS_H

@@ -1,4 +1,4 @@
-// Free functions for Cholesky factorisation and inverse.
+// Cholesky: factors, roots and the inverse through them.
 //
 // All results are new dispensable matrices. A dispensable operand is consumed. Order 0 gives an empty factor.
 #ifndef QUORVEL_CHOLESKY_H
@@ -15,8 +15,7 @@
 ///
 ///   SymmetricMatrix A(2);                          // [4 2; 2 1] has rank 1
 ///   A(0, 0) = 4.0; A(0, 1) = 2.0; A(1, 1) = 1.0;
-///   LowerTriangularMatrix L(CholeskyFactor(A, 1e-10));
-///   // L = [2 0; 0 0], L.nsing() == 1, A.nsing() == 1
+///   LowerTriangularMatrix L(CholeskyFactor(A, 1e-10));   // [2 0; 0 0], L.nsing() == 1, A.nsing() == 1
 ///
 /// A diagonal element of exactly 0 whose pivot is 0 escapes the strict test: its column is divided by 0, the elements
 /// below become infinite or NaN. A negative pivot that is not small gives NaN. A negative diagonal element of A
@@ -63,7 +62,7 @@
 /// symmetric matrix. Half the work of inv(A), and the natural way to a covariance from an information matrix.
 ///
 ///   SymmetricMatrix P(InverseByCholesky(N, 1e-12));
-///   if (P.nsing() != 0) ...  // some unknowns are not determined; their rows and columns of P are zero
+///   const bool all = P.nsing() == 0;  // else some unknowns are not determined: their rows and columns of P are zero
 ///
 /// Orders 2 and 3 take the closed forms inv2x2 and inv3x3: tol is not used then, the result carries the count, A's
 /// stays, and a dispensable A is inverted in place and returned. Every other order: A gets the count of CholeskyFactor

@@ -1,9 +1,12 @@
-// Conveniences for callers, all inline: nothing here adds to the shared library, and nothing in the library uses it.
+// Conveniences: values, rows, streams and comparisons for callers.
 //
-//   auto C = own(A + B);                                  a value, whatever the operator returned
+// All inline: nothing here adds to the shared library, and nothing in the library uses it.
+//
+//   using namespace quorvel;
+//   auto C = own(A + B);                                     // a value, whatever the operator returned
 //   auto P = from_rows<SymmetricMatrix>({{4, 1}, {1, 3}});
+//   const bool same = near(P, C, 1e-12);
 //   std::cout << std::setw(10) << P;
-//   if (!near(P, Q, 1e-12)) ...
 #ifndef QUORVEL_CONVENIENCE_H
 #define QUORVEL_CONVENIENCE_H
 

@@ -1,4 +1,4 @@
-// Rotation into the local level frame, and derivatives of geodetic coordinates.
+// Geodesy: rotation into the local level frame, and derivatives of geodetic coordinates.
 //
 // Frames: x, y, z are Earth-centred, Earth-fixed (z to the north pole, x to the meridian of longitude 0); east, north,
 // up are the local level axes at geodetic latitude lat and longitude lon. Angles in radians, lengths in metres (or any
@@ -32,6 +32,9 @@
 ///    (M + h) cos lat                       0              sin lat
 /// with w = 1 - e2 sin^2 lat, the prime-vertical radius N = a / sqrt(w) and the meridian radius M = (1 - e2) N / w.
 /// Where w < 0 (e2 beyond 1) the result is NaN, where w = 0 infinite.
+///
+///   RegularMatrix J(dxyz_dblh(lat, lon, h, 6378137.0, 6.69437999014e-3));
+///   SymmetricMatrix xyz(AQAT(J, blh));   // covariance of latitude, longitude, height (rad, rad, m) to x, y, z (m)
 [[nodiscard]] QUORVEL_API RegularMatrix& dxyz_dblh(double lat, double lon, double h, double a, double e2);
 
 #endif

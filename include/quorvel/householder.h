@@ -1,4 +1,4 @@
-// Free functions for Householder triangularisation, and helpers of square-root filters.
+// Householder: triangularisation, the square-root information update, and helpers of such filters.
 #ifndef QUORVEL_HOUSEHOLDER_H
 #define QUORVEL_HOUSEHOLDER_H
 
@@ -38,7 +38,11 @@ QUORVEL_API RegularSparseMatrix& HouseholderTransformation(RegularSparseMatrix& 
 /// information matrix (old R'*R + A'*A), R*x = zR gives the new estimate x, zA holds the residuals (the sum of their
 /// squares is the growth of the sum of squares), and A holds the reflection vectors.
 ///
-///   R = [3], zR = [3], A = [4], zA = [4]   becomes   R = [5], zR = [5], zA = [0]
+///   UpperTriangularMatrix R(1);
+///   RegularMatrix zR(1, 1), A(1, 1), zA(1, 1);
+///   R(0, 0) = zR(0) = 3.0;               // 3*x = 3 so far
+///   A(0, 0) = zA(0) = 4.0;               // and now 4*x = 4
+///   Householder_Reduction(1, R, zR, A, zA);   // R = [5], zR = [5], zA = [0]
 ///
 /// The diagonal of R becomes non-negative in every column that has a measurement: where a reflection would make it
 /// negative, the whole transformed row changes sign, and the rest of A and zA with it. A column of A that is zero is
@@ -74,6 +78,10 @@ QUORVEL_API void VecEqMatrixTimesSelf(RegularMatrix& v, const UpperTriangularMat
 /// Throws 40360 (x is not one column), 60360 (n greater than the rows of x or of `out`, or `out` has no columns); flags
 /// are not read. n = 0 returns 0, after these checks. A dispensable x is consumed, `out` never, except that a failed
 /// check destroys both.
+///
+///   unsigned idx[4];
+///   const unsigned k = SetNonZeros(4, v, packed, idx);
+///   RankOneUpdateNZ(P, v, idx, k, v, idx, k, 2.0);   // P += 2*v*v', at a cost of k*k
 QUORVEL_API unsigned SetNonZeros(unsigned n, RegularMatrix& x, RegularMatrix& out, unsigned* idx);
 QUORVEL_API unsigned SetNonZeros(unsigned n, const RegularMatrix& x, RegularMatrix& out, unsigned* idx);
 

@@ -1,4 +1,4 @@
-// Inverses of any order, and left division.
+// Inverses and left division: any order, every kind.
 //
 // A pivot d is usable when |d| > 1e-200 (NaN is not). Singularity is no error: unusable pivots are counted in a
 // singularity count and leave zeros. Misuse throws; so does order 0, for which inv (but of a diagonal matrix) ends as
@@ -16,7 +16,7 @@
 //
 //     RegularMatrix B(inv(A));       // A unchanged
 //     inv(P, true);                  // P becomes its inverse
-//     if (P.nsing() != 0) { ... }    // so many pivots were singular
+//     const int lost = P.nsing();    // so many pivots were singular
 
 /// 1/d for each usable diagonal element. Of the others a new matrix holds 0.0, while in place they stay as they are.
 /// Throws 50570 when not ok. Order 0 gives an empty matrix with count 0.
@@ -70,7 +70,7 @@ QUORVEL_API RegularSparseMatrix& inv_lt(RegularSparseMatrix& A, bool inPlace = f
 QUORVEL_API RegularSparseMatrix& inv_lt(const RegularSparseMatrix& A, bool inPlace = false);
 
 // ---------------------------------------------------------------------------------------------------------------------
-// A > b: left division. The solution X of A·X = b, column by column of b.
+// Left division: A > b. The solution X of A·X = b, column by column of b.
 //
 // X is b itself when b is dispensable, otherwise a new dispensable matrix; it keeps b's singularity count (a new sparse
 // one has -1). A keeps its
@@ -83,7 +83,7 @@ QUORVEL_API RegularSparseMatrix& inv_lt(const RegularSparseMatrix& A, bool inPla
 // spelling that compares a dense matrix with a number (A > 0.5) is another one.
 //
 //     RegularMatrix x(N > b);
-//     if (N.nsing() != 0) { ... }
+//     const bool unique = N.nsing() == 0;
 
 /// Row i of b times 1/A(i). A row without a usable pivot is left as it is.
 [[nodiscard]] QUORVEL_API RegularMatrix& operator>(DiagonalMatrix& A, RegularMatrix& b);

@@ -1,4 +1,4 @@
-// Transition and process-noise matrices of the polynomial kinematic models of one axis.
+// Kinematic models: transition and process-noise matrices of the polynomial models of one axis.
 //
 // State of one axis: position p (m), velocity v (m/s), acceleration a (m/s^2), jerk j (m/s^3). The highest derivative of
 // the state is driven by white noise of power spectral density sigma^2 (sigma is the square root of the density:
@@ -20,8 +20,8 @@
 //
 //   UpperTriangularMatrix Phi;
 //   SymmetricMatrix Q;
-//   Phi_PV(Phi, 0.5);       // 1  0.5     Q_PV(Q, 0.5, 2.0);   // 0.16667  0.5
-//                           // 0  1                            // 0.5      2
+//   Phi_PV(Phi, 0.5);     // [1 0.5; 0 1]
+//   Q_PV(Q, 0.5, 2.0);    // [1/6 1/2; 1/2 2]
 #ifndef QUORVEL_KINEMATICS_H
 #define QUORVEL_KINEMATICS_H
 

@@ -1,4 +1,4 @@
-// Associated Legendre functions for spherical-harmonic models of gravity and magnetic fields.
+// Legendre functions: the associated ones, for spherical-harmonic models of gravity and magnetic fields.
 #ifndef QUORVEL_LEGENDRE_H
 #define QUORVEL_LEGENDRE_H
 

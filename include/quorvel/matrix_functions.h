@@ -114,7 +114,11 @@ QUORVEL_API RegularMatrix& transpose(const RegularMatrix& A, RegularMatrix* out 
 ///
 /// Consumes nothing, unlike its siblings: a dispensable operand stays alive after success and leaks unless something
 /// else consumes it. The same object may be given twice. Throws 50000 (not ok) and 40000 (empty, or symmetric
-/// sparse and not square), A before B; the refused operand is destroyed when dispensable. A result of 2^28 doubles or more is a std::bad_array_new_length.
+/// sparse and not square), A before B; the refused operand is destroyed when dispensable. A result of 2^28 doubles or
+/// more is a std::bad_array_new_length.
+///
+///     DiagonalMatrix three(eye(3, 1.0));
+///     RegularMatrix F(kron(Phi, three));   // one model on three axes: [Phi(0, 0)·I Phi(0, 1)·I; ...]
 [[nodiscard]] QUORVEL_API DiagonalMatrix& kron(const DiagonalMatrix& A, const DiagonalMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& kron(const DiagonalMatrix& A, const SymmetricMatrix& B);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& kron(const SymmetricMatrix& A, const DiagonalMatrix& B);

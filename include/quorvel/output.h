@@ -1,8 +1,10 @@
-// Text output for scripts: assignment statements (dense) and triplet lists (sparse).
+// Text output: assignment statements (dense) and triplet lists (sparse) for scripts.
 //
 // `element` is the caller's printf format for one double ("%.17g" reads back exactly). Nothing is checked. The forms
 // with a path create the file, write `preamble` first when it is not null, and do nothing when the file cannot be
 // opened; a dispensable matrix is consumed in every case.
+//
+//   PrintMFile(A + B, stdout, "S", "%.17g");
 #ifndef QUORVEL_OUTPUT_H
 #define QUORVEL_OUTPUT_H
 
@@ -11,11 +13,8 @@
 #include "quorvel/export.h"
 #include "quorvel/forward.h"
 
-// name = [
-// a,b;
-// c,d
-// ];
-// with all rows and columns, implicit zeros included. Nothing at all is written for an empty matrix.
+// A line `name = [`, a line `a,b;` per row (the last one without its semicolon), a line `];`: all rows and columns,
+// implicit zeros included. Nothing at all is written for an empty matrix.
 QUORVEL_API void PrintMFile(const RegularMatrix& A, std::FILE* file, const char* name, const char* element);
 QUORVEL_API void PrintMFile(const SymmetricMatrix& A, std::FILE* file, const char* name, const char* element);
 QUORVEL_API void PrintMFile(const UpperTriangularMatrix& A, std::FILE* file, const char* name, const char* element);

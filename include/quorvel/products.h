@@ -1,4 +1,4 @@
-// Products: Mult(result, a, b), operator*, and scaling by a number.
+// Products: Mult, operator*, and scaling by a number.
 //
 // The kind of a product follows from the kinds of its factors, so that a packed or sparse kind survives only where the
 // mathematics keeps the structure:

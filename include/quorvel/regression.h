@@ -1,11 +1,13 @@
-// Robust regression, linear programming, polynomial fit.
+// Regression: least absolute residuals, linear programming, polynomial fit.
 #ifndef QUORVEL_REGRESSION_H
 #define QUORVEL_REGRESSION_H
 
 #include "quorvel/export.h"
 #include "quorvel/forward.h"
 
-// Least absolute residuals: x minimises the sum of |y(i) - A(i, :) x|, so that fewer than half of the observations can be
+// Least absolute residuals.
+//
+// x minimises the sum of |y(i) - A(i, :) x|, so that fewer than half of the observations can be
 // grossly wrong without moving it far. A is m x n (m observations, n unknowns), y has m values, x gets n.
 //
 // Solved as the linear program: maximise -sum t(i) subject to -t <= y - A x <= t, with x = x+ - x-, all variables >= 0,
@@ -56,8 +58,8 @@ QUORVEL_API int L1Regression(const RegularMatrix& A, const RegularMatrix& y, Reg
 /// counts are the caller's error); a is never consumed, and its singularity count stays.
 ///
 /// Tolerance: entries of size up to 1e-6 are no pivots, and an infeasibility up to 1e-6 passes. There is no scaling and no
-/// limit on the number of pivots (entries must be finite, or they may never end); equal ratios are decided lexicographically. Two small arrays of int are allocated: 10680 when
-/// that fails.
+/// limit on the number of pivots (entries must be finite, or they may never end); equal ratios are decided
+/// lexicographically. Two small arrays of int are allocated: 10680 when that fails.
 ///
 /// Source: Dantzig, Linear Programming and Extensions (1963), chapters 5, 6 and 10.
 ///

@@ -1,4 +1,4 @@
-// Elementary rotations of a coordinate frame about one of its axes, and their derivatives.
+// Rotations: elementary rotations of a coordinate frame about one of its axes, and their derivatives.
 //
 // These are passive rotations: R v gives the components of the unchanged vector v in axes that were turned by `angle`
 // about axis 1 (x), 2 (y) or 3 (z), counter-clockwise seen from the tip of that axis. For axis 3

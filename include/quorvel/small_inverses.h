@@ -1,4 +1,4 @@
-// Inverses of order 2 and 3 in closed form, and products of order 3, on matrices and on plain arrays.
+// Orders 2 and 3: inverses in closed form, and products of order 3, on matrices and on plain arrays.
 //
 // When the determinant is too small to invert by, the routine inverts the best conditioned principal piece that it
 // finds (a 2 x 2 block, then a single element), leaves zeros elsewhere and returns how many dimensions it gave up: the

@@ -1,4 +1,6 @@
-// Structured products: the products that a filter or an adjustment forms again and again, each computed directly in the
+// Structured products.
+//
+// These are the products that a filter or an adjustment forms again and again, each computed directly in the
 // shape of its result.
 //
 // All families have in common:
@@ -155,6 +157,8 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 /// SQS(S, Q) = S Q S, of the common order: w(k) = sum over t of S(i, t) * Q(t, k), then (i, j) = sum over t of
 /// w(t) * S(t, j), j >= i. A diagonal S scales rows and columns: each sum has one term. Thrown, block sizes, cost and
 /// scratch as for AQAT.
+///
+///     SymmetricMatrix scaled(SQS(S, Q));   // S a diagonal of 1/sigma: correlations of a covariance Q
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SQS(const DiagonalMatrix& S, const SymmetricMatrix& Q);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SQS(const SymmetricMatrix& S, const SymmetricMatrix& Q);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& SQS(const SymmetricMatrix& S, const SymmetricSparseMatrix& Q);

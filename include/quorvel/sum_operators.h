@@ -1,4 +1,6 @@
-// operator+ and operator- over every pair of kinds. What they do is described in sums.h.
+// Sum operators: operator+ and operator- over every pair of kinds.
+//
+// What they do is described in sums.h.
 //
 // An operand that can become the result is taken by non-const reference; a form with const references exists beside
 // each, and does the same.

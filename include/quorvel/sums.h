@@ -1,4 +1,4 @@
-// Free functions for sums and differences: Plus, Minus, operator+, operator-.
+// Sums and differences: Plus, Minus, operator+, operator-.
 //
 // Every pair of the seven kinds has a sum and a difference, element by element:
 //

@@ -1,4 +1,4 @@
-// Free functions for U-D factorisation, U-D filter updates, rank-one updates.
+// U-D factors: factorisation, filter updates, rank-one updates.
 //
 // A U-D filter carries its covariance as P = U*D*U' with U unit upper triangular and D diagonal. UDFactor begins it,
 // UDTimeUpdate and UDMeasurementUpdate run it. P itself is never formed, so it cannot lose symmetry or definiteness.
@@ -6,10 +6,11 @@
 //   UpperTriangularMatrix U;
 //   DiagonalMatrix D;
 //   UDFactor(U, D, P0);
-//   for (;;) {
-//     UDTimeUpdate(U, D, Phi, G, Q);                                     // x = Phi*x
-//     const double s = UDMeasurementUpdate(U, D, h, r, K);               // h*x measured with variance r
-//     x += K * (z - h * x);                                              // in element form
+//   for (const double z : measured) {
+//     x = Phi * x;
+//     UDTimeUpdate(U, D, Phi, G, Q);
+//     const double s = UDMeasurementUpdate(U, D, h, r, K);   // h*x measured as z with variance r; s: innovation variance
+//     x += K * (z - scalar(h * x));
 //   }
 #ifndef QUORVEL_UD_H
 #define QUORVEL_UD_H

@@ -11,13 +11,16 @@ block() { awk -v fence="\`\`\`$1" '$0 == fence { on = 1; next } /^```/ { if (on)
 diff <(block cpp) "$source/examples/readme.cpp" || { echo "README.md and examples/readme.cpp differ" >&2; exit 1; }
 diff <(block text) <("$@") || { echo "the example prints something else" >&2; exit 1; }
 
+# What readers see of a page outside its examples.
+prose() { awk '/^```/ { on = !on } /^<!--/ { hidden = 1 } !on && !hidden; /-->/ { hidden = 0 }' "$1"; }
+
 status=0
-for document in README.md docs/*.md CONTRIBUTING.md; do
-  cd "$source"
+cd "$source"
+for document in README.md docs/*.md docs/manual/*.md CONTRIBUTING.md; do
   [ -e "$document" ] || continue
   while read -r link; do
     case $link in http* | '#'* | '') continue ;; esac
     [ -e "$(dirname "$document")/${link%%#*}" ] || { echo "$document: no such file: $link" >&2; status=1; }
-  done < <(grep -o '](\([^)]*\))' "$document" | sed 's/^](\(.*\))$/\1/')
+  done < <(prose "$document" | grep -o '](\([^)]*\))' | sed 's/^](\(.*\))$/\1/')
 done
 exit $status
