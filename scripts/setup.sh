@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference] [manual]
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference] [manual] [bench]
 #
 # Sees to it that the tools of the named groups are there. What is missing is installed with apt,
 # without questions; with --no-install it is only named, and the script fails.
@@ -21,6 +21,11 @@ tools=(
   "reference|libeigen3-dev|/usr/include/eigen3/Eigen/Core|looks into our arrays, in the examples of the manual"
   "manual|doxygen|doxygen|writes the manual"
   "manual|libjs-mathjax|/usr/share/javascript/mathjax/MathJax.js|sets the formulas of the manual"
+  "bench|libeigen3-dev|/usr/include/eigen3/Eigen/Core|a peer in the benchmarks"
+  "bench|libopenblas-serial-dev|/usr/share/doc/libopenblas-serial-dev|a peer in the benchmarks, with LAPACK, without threads"
+  "bench|libarmadillo-dev|/usr/include/armadillo|a peer in the benchmarks"
+  "bench|libsuitesparse-dev|/usr/include/suitesparse/cholmod.h|a peer in the benchmarks of sparse matrices"
+  "bench|gnuplot-nox|gnuplot|draws the benchmarks' pictures"
 )
 
 install=yes
@@ -28,7 +33,7 @@ groups=()
 for argument in "$@"; do
   case $argument in
     --no-install) install=no ;;
-    build | test | clang | arm | reference | manual) groups+=("$argument") ;;
+    build | test | clang | arm | reference | manual | bench) groups+=("$argument") ;;
     *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
   esac
 done
