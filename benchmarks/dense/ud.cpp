@@ -4,6 +4,7 @@
 #include <Eigen/Dense>
 #include <cmath>
 
+#include "race/eigen_ud.h"
 #include "race/lapack.h"
 #include "race/race.h"
 #include "race/samples.h"
@@ -13,17 +14,6 @@ namespace {
 using bench::Columns;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
-using RowMajor = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
-
-// U D U' of any two types.
-template <class U, class D>
-MatrixXd Product(const U& u, const D& d) {
-  const MatrixXd root = MatrixXd(u.template triangularView<Eigen::UnitUpper>());
-  return root * d.asDiagonal() * root.transpose();
-}
-MatrixXd Product(const UpperTriangularMatrix& u, const DiagonalMatrix& d) {
-  return Product(bench::ToEigen(u), VectorXd(bench::ToEigen(d).diagonal()));
-}
 
 // The matrix with rows and columns in reverse order: the lower Cholesky factor of that is the upper root reversed.
 MatrixXd Reversed(const MatrixXd& p) { return p.reverse(); }
@@ -64,24 +54,6 @@ void Factor(bench::Size size, const std::function<void(bench::Race&)>& hold) {
   hold(race);
 }
 
-// Bierman's update in Eigen's vector expressions.
-void BiermanUpdate(MatrixXd& u, VectorXd& d, const VectorXd& h, double r, VectorXd& gain, VectorXd& f, VectorXd& column) {
-  f.noalias() = u.transpose().triangularView<Eigen::UnitLower>() * h;
-  double alpha = r;
-  for (Eigen::Index j = 0; j < d.size(); ++j) {
-    const double v = d(j) * f(j), before = alpha;
-    alpha += f(j) * v;
-    d(j) *= before / alpha;
-    if (j > 0) {
-      column.head(j) = u.col(j).head(j);
-      u.col(j).head(j) -= f(j) / before * gain.head(j);
-      gain.head(j) += v * column.head(j);
-    }
-    gain(j) = v;
-  }
-  gain /= alpha;
-}
-
 void Measurement(bench::Size size, const std::function<void(bench::Race&)>& hold) {
   const unsigned n = size.n;
   UpperTriangularMatrix u0(n), u(n);
@@ -90,23 +62,24 @@ void Measurement(bench::Size size, const std::function<void(bench::Race&)>& hold
   const RegularMatrix h = bench::Regular(1, n, 2);
   RegularMatrix gain(n, 1);
   const double r = 0.5;
-  const MatrixXd eu0 = bench::ToEigen(u0), ep0 = Product(u0, d0);
+  const MatrixXd eu0 = bench::ToEigen(u0);
   const VectorXd ed0 = bench::ToEigen(d0).diagonal(), eh = bench::ToEigen(h).transpose();
-  MatrixXd eu(eu0), ep(ep0);
-  VectorXd ed(ed0), egain(n), f(n), column(n);
+  MatrixXd eu(eu0);
+  VectorXd ed(ed0);
+  bench::Bierman bierman(n);
 
   bench::Race race;
   race.add("Quorvel", "UDMeasurementUpdate", [&](auto use) {
     bench::Restore(u, u0);
     bench::Restore(d, d0);
     UDMeasurementUpdate(u, d, h, r, gain);
-    use(bench::Later([&] { return Product(u, d); }));
+    use(bench::Later([&] { return bench::UDU(u, d); }));
   });
   race.add("Eigen", "the same algorithm", [&](auto use) {
     eu = eu0;
     ed = ed0;
-    BiermanUpdate(eu, ed, eh, r, egain, f, column);
-    use(bench::Later([&] { return Product(eu, ed); }));
+    bierman.update(eu, ed, eh, r);
+    use(bench::Later([&] { return bench::UDU(eu, ed); }));
   });
   hold(race);
 }
@@ -121,7 +94,7 @@ void MeasurementBesideCovariance(bench::Size size, const std::function<void(benc
   const RegularMatrix h = bench::Regular(1, n, 2);
   RegularMatrix gain(n, 1);
   const double r = 0.5;
-  const MatrixXd ep0 = Product(u0, d0);
+  const MatrixXd ep0 = bench::UDU(u0, d0);
   const VectorXd eh = bench::ToEigen(h).transpose();
   MatrixXd ep(ep0);
   VectorXd egain(n);
@@ -131,7 +104,7 @@ void MeasurementBesideCovariance(bench::Size size, const std::function<void(benc
     bench::Restore(u, u0);
     bench::Restore(d, d0);
     UDMeasurementUpdate(u, d, h, r, gain);
-    use(bench::Later([&] { return Product(u, d); }));
+    use(bench::Later([&] { return bench::UDU(u, d); }));
   });
   race.add("Eigen", "P -= K s K'", [&](auto use) {
     ep = ep0;
@@ -168,28 +141,19 @@ void TimeUpdate(bench::Size size, const std::function<void(bench::Race&)>& hold)
     bench::Restore(u, u0);
     bench::Restore(d, d0);
     UDTimeUpdate(u, d, phi, g, noise);
-    use(bench::Later([&] { return Product(u, d); }));
+    use(bench::Later([&] { return bench::UDU(u, d); }));
   });
 
   const MatrixXd eu0 = bench::ToEigen(u0), ephi = bench::ToEigen(phi), eg = bench::ToEigen(g);
   const VectorXd ed0 = bench::ToEigen(d0).diagonal(), eq = bench::ToEigen(noise).diagonal();
-  RowMajor w(n, n + q);
   MatrixXd eu(eu0);
-  VectorXd ed(ed0), weights(n + q), row(n + q);
+  VectorXd ed(ed0);
+  bench::Thornton thornton(n, q);
   race.add("Eigen", "the same algorithm", [&](auto use) {
-    w.leftCols(n).noalias() = ephi * eu0.triangularView<Eigen::UnitUpper>();
-    w.rightCols(q) = eg;
-    weights.head(n) = ed0;
-    weights.tail(q) = eq;
-    for (Eigen::Index j = n; j-- > 0;) {
-      row = weights.cwiseProduct(w.row(j).transpose());
-      ed(j) = w.row(j).dot(row);
-      if (j == 0) break;
-      eu.col(j).head(j).noalias() = w.topRows(j) * row;
-      eu.col(j).head(j) /= ed(j);
-      w.topRows(j).noalias() -= eu.col(j).head(j) * w.row(j);
-    }
-    use(bench::Later([&] { return Product(eu, ed); }));
+    eu = eu0;
+    ed = ed0;
+    thornton.update(eu, ed, ephi, eg, eq);
+    use(bench::Later([&] { return bench::UDU(eu, ed); }));
   });
 
   // On the root S = U sqrt(D) instead: an RQ factorisation of [Phi S, G sqrt(Q)].
