@@ -71,7 +71,8 @@ class QUORVEL_API SymmetricSparseMatrix : public SparseMatrix {
   void GetLimitedCol(unsigned i, RegularSparseMatrix& out, unsigned first, unsigned last) const;
   /// The same: rows are columns.
   void GetLimitedRow(unsigned i, RegularSparseMatrix& out, unsigned first, unsigned last) const;
-  /// Always throw 62240: they ask for one element past the end (kept). Use GetLimitedCol.
+  /// Always throw 62240: they ask for one element past the end (kept). Use GetLimitedCol. (A matrix made with different
+  /// sizes may throw 62060, 62200 or 62210 instead.)
   void GetEntireCol(unsigned i, RegularSparseMatrix& out) const;
   void GetEntireRow(unsigned i, RegularSparseMatrix& out) const;
 };

@@ -18,6 +18,16 @@ std::atomic<unsigned> countdown{0};
 std::atomic<bool> fail_on{false};
 std::atomic<bool> fail_hit{false};
 
+// Largest single request; 0 for any.
+std::atomic<unsigned long long> largest{0};
+
+// Blocks that are waited for; a slot is free while it holds null. Only the first deletion counts: later ones are of
+// other blocks at the same address.
+constexpr unsigned kWatched = 8;
+std::atomic<const void*> watched[kWatched];
+std::atomic<bool> was_deleted[kWatched];
+std::atomic<unsigned> watching{0};
+
 bool MustFail() noexcept {
   if (countdown == 0) return false;
   if (countdown > 1) {
@@ -31,6 +41,7 @@ bool MustFail() noexcept {
 
 void* Allocate(std::size_t size, std::size_t alignment) noexcept {
   if (MustFail()) return nullptr;
+  if (largest != 0 && size > largest) return nullptr;
   if (size == 0) size = 1;
   void* block = nullptr;
   if (alignment <= alignof(std::max_align_t)) {
@@ -55,6 +66,11 @@ void* AllocateOrThrow(std::size_t size, std::size_t alignment) {
 void Release(void* block) noexcept {
   if (block == nullptr) return;
   --live;
+  if (watching != 0) {
+    for (unsigned k = 0; k < kWatched; ++k) {
+      if (watched[k] == block) was_deleted[k] = true;
+    }
+  }
   std::free(block);
 }
 
@@ -82,6 +98,21 @@ FailAllocations::FailAllocations(unsigned k, Fail mode) noexcept {
 FailAllocations::~FailAllocations() { countdown = 0; }
 
 bool FailAllocations::failed() const noexcept { return fail_hit; }
+
+LimitAllocations::LimitAllocations(unsigned long long most) noexcept { largest = most; }
+LimitAllocations::~LimitAllocations() { largest = 0; }
+
+WatchedBlock::WatchedBlock(const void* block) noexcept : slot_(0) {
+  while (watched[slot_] != nullptr) ++slot_;
+  was_deleted[slot_] = false;
+  watched[slot_] = block;
+  ++watching;
+}
+WatchedBlock::~WatchedBlock() {
+  watched[slot_] = nullptr;
+  --watching;
+}
+bool WatchedBlock::deleted() const noexcept { return was_deleted[slot_]; }
 
 namespace leak_check {
 namespace {

@@ -61,6 +61,28 @@ class FailAllocations {
   bool failed() const noexcept;
 };
 
+// While this object lives, a single request for more than `most` bytes fails like exhausted memory. For calls with absurd sizes.
+class LimitAllocations {
+ public:
+  explicit LimitAllocations(unsigned long long most) noexcept;
+  ~LimitAllocations();
+  LimitAllocations(const LimitAllocations&) = delete;
+  LimitAllocations& operator=(const LimitAllocations&) = delete;
+};
+
+// Remembers whether a block from operator new has been deleted since; at most eight at a time.
+class WatchedBlock {
+ public:
+  explicit WatchedBlock(const void* block) noexcept;
+  ~WatchedBlock();
+  WatchedBlock(const WatchedBlock&) = delete;
+  WatchedBlock& operator=(const WatchedBlock&) = delete;
+  bool deleted() const noexcept;
+
+ private:
+  unsigned slot_;
+};
+
 // For main.cpp.
 namespace leak_check {
 void Begin() noexcept;

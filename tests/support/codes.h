@@ -11,6 +11,11 @@
 
 namespace quorvel::test {
 
+// Remembers a code that the library threw. At the end main.cpp prints all of them as "codes <room> <numbers>" when
+// QUORVEL_LIST_CODES is set, for the comparison with the catalogue.
+void NoteCode(int code) noexcept;
+void PrintNotedCodes(const char* room);
+
 // Runs the callable and returns the code of the MatrixException it throws (0 and negative values
 // are codes like any other), or nothing when it returns. Other exceptions pass. Afterwards no code
 // is pending, so that results can be inspected.
@@ -19,9 +24,12 @@ std::optional<int> CodeOf(Callable&& call) {
   struct Reset {
     ~Reset() { abort_reset(); }
   } reset;
+  // A code that is pending already says nothing about this call.
+  const int pending = GetErrorCode();
   try {
     call();
   } catch (const MatrixException& e) {
+    if (e.code() != pending) NoteCode(e.code());
     return e.code();
   }
   return std::nullopt;

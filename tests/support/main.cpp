@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/allocations.h"
+#include "support/codes.h"
 #include "support/digest.h"
 
 namespace {
@@ -62,5 +63,6 @@ int main(int argc, char** argv) {
   listeners.Append(new EachTest);
   const int result = RUN_ALL_TESTS();
   quorvel::test::digest::Report(room.c_str());
+  quorvel::test::PrintNotedCodes(room.c_str());
   return result;
 }

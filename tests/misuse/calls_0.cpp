@@ -1,0 +1,9 @@
+#include "misuse/calls_rows.h"
+
+namespace quorvel::test {
+namespace {
+
+#include "misuse/calls_0.inc"
+
+}  // namespace
+}  // namespace quorvel::test

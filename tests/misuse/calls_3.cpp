@@ -1,0 +1,9 @@
+#include "misuse/calls_rows.h"
+
+namespace quorvel::test {
+namespace {
+
+#include "misuse/calls_3.inc"
+
+}  // namespace
+}  // namespace quorvel::test
