@@ -27,35 +27,64 @@ void TakeLowerTriangle(LowerTriangularMatrix& lower, SymmetricMatrix& a) {
   }
 }
 
+/// Row and column c of the panel become 0.0. The elements of the column go on as if they were 0.0 in A: infinities in
+/// their rows still show as NaN.
+void ClearSingular(CholeskyPanel& panel, index_t c) noexcept {
+  const index_t j = panel.first + c;
+  const auto element = [&](index_t i, index_t k) noexcept -> double& {
+    return panel.packed[packed_index(k, i, panel.order)];
+  };
+  for (index_t k = 0; k < j; ++k) element(j, k) = 0.0;
+  for (index_t k = 0; k < c; ++k) panel.square[k][c] = 0.0;
+  panel.cleared[c] = true;
+  panel.scale[c] = element(j, j) = 0.0;
+  double* const s = panel.square[c];
+  for (index_t r = c + 1; r < panel.count; ++r) {
+    const index_t i = panel.first + r;
+    double sum = 0.0;
+    for (index_t k = 0; k < j; ++k) sum += element(i, k) * 0.0;
+    s[r] = element(i, j) = (0.0 - sum) * 0.0;
+  }
+  for (index_t d = c + 1; d < panel.count; ++d) {
+    for (index_t r = d; r < panel.count; ++r) panel.square[d][r] += s[d] * s[r];
+  }
+}
+
+/// The factor in the place of A's lower triangle, a panel of columns at a time. The diagonal gets what the columns were
+/// divided by or multiplied with. Returns the number of singular pivots.
+Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
+  const index_t n = panel.order;
+  const index_t width = n <= most_columns ? most_columns : kernels().cholesky_columns;
+  Matrix::nsing_type singular = 0;
+  for (panel.first = 0; panel.first < n; panel.first += width) {
+    panel.count = n - panel.first < width ? n - panel.first : width;
+    for (index_t c = 0; (c = kernels().cholesky_square(panel, c)) < panel.count; ++c) {
+      ClearSingular(panel, c);
+      ++singular;
+    }
+    if (panel.first + width < n) kernels().cholesky_rows(panel);
+  }
+  return singular;
+}
+
+CholeskyPanel PanelOf(LowerTriangularMatrix& lower) noexcept {
+  CholeskyPanel panel;
+  panel.packed = lower.data();
+  panel.order = lower.ndim();
+  return panel;
+}
+
 }  // namespace
 
 Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a, double tol, const char* signature) {
   TakeLowerTriangle(lower, a);
   const index_t n = lower.ndim();
   double* const l = lower.data();
-  WorkArea<2 * small_order> work(2 * std::uint64_t{n});
-  double* const s = work.data();
-  double* const x = s + n;
-  Matrix::nsing_type singular = 0;
-  for (index_t j = 0; j < n; ++j) {
-    double* const column = l + packed_row(j, n);
-    const index_t rows = n - j;
-    RequireNotNegative(column[0], signature);
-    LeftSums(l, n, j, s, x);
-    const double pivot = column[0] - s[0];
-    if (std::fabs(pivot) < std::fabs(tol * column[0])) {
-      ++singular;
-      for (index_t k = 0; k < j; ++k) l[packed_index(k, j, n)] = 0.0;
-      // The elements below go on as if they were 0.0 in A: infinities in their rows still show as NaN.
-      FillDoubles(column, 0.0, rows);
-      LeftSums(l, n, j, s, x);
-      for (index_t i = 1; i < rows; ++i) column[i] = (column[i] - s[i]) * 0.0;
-    } else {
-      const double reciprocal = 1.0 / std::sqrt(pivot);
-      column[0] = reciprocal;
-      for (index_t i = 1; i < rows; ++i) column[i] = (column[i] - s[i]) * reciprocal;
-    }
-  }
+  for (index_t j = 0; j < n; ++j) RequireNotNegative(l[packed_row(j, n)], signature);
+  CholeskyPanel panel = PanelOf(lower);
+  panel.divide = false;
+  panel.tolerance = tol;
+  const Matrix::nsing_type singular = FactorPanels(panel);
   for (index_t j = 0; j < n; ++j) {
     double& d = l[packed_row(j, n)];
     if (d != 0.0) d = 1.0 / d;
@@ -65,15 +94,10 @@ Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a,
 
 namespace {
 
-void LowerRoot(double* l, index_t n) {
-  WorkArea<2 * small_order> work(2 * std::uint64_t{n});
-  double* const s = work.data();
-  for (index_t j = 0; j < n; ++j) {
-    double* const column = l + packed_row(j, n);
-    LeftSums(l, n, j, s, s + n);
-    column[0] = std::sqrt(column[0] - s[0]);
-    for (index_t i = 1; i < n - j; ++i) column[i] = (column[i] - s[i]) / column[0];
-  }
+void LowerRoot(LowerTriangularMatrix& lower) {
+  CholeskyPanel panel = PanelOf(lower);
+  panel.divide = true;
+  FactorPanels(panel);
 }
 
 void UpperRoot(const double* a, double* u, index_t n) {
@@ -103,7 +127,7 @@ LowerTriangularMatrix& CholeskySquareRootLower(const SymmetricMatrix& A) {
   detail::NewResult<LowerTriangularMatrix> L;
   detail::TakeLowerTriangle(*L, detail::Mutable(A));
   L->set_nsing(-1);
-  detail::LowerRoot(L->data(), L->ndim());
+  detail::LowerRoot(*L);
   return L.hand_over();
 }
 

@@ -30,7 +30,8 @@ void InvertElements(const DiagonalMatrix& A, DiagonalMatrix& target) {
 void InvertInPlace(TriMatrix& A) {
   A.set_nsing(0);
   RequireInvertibleOrder(A.ndim());
-  A.set_nsing(InvertTriangle(A.data(), A.ndim()));
+  PanelScratch scratch(A.ndim());
+  A.set_nsing(InvertTriangle(A.data(), A.ndim(), scratch));
 }
 
 void InvertInPlace(RegularMatrix& A) {

@@ -1,6 +1,7 @@
 // The inverse of a symmetric positive semi-definite matrix through its tolerant factor: A = L*L', so that
 // inv(A) = inv(L)'*inv(L).
 #include "core/ownership.h"
+#include "factor/tri_inverse.h"
 #include "quorvel/LowerTriangularMatrix.h"
 #include "quorvel/RegularSparseMatrix.h"
 #include "quorvel/SymmetricMatrix.h"
@@ -13,18 +14,34 @@
 namespace quorvel::detail {
 namespace {
 
-void InvertFactor(LowerTriangularMatrix& L) { inv(L, true); }
-void InvertFactor(RegularSparseMatrix& L) { inv_lt(L, true); }
+/// inv(L)' * inv(L); L is used up.
+SymmetricMatrix& SquareOfInverse(LowerTriangularMatrix& L) {
+  const index_t n = L.ndim();
+  RequireInvertibleOrder(n);
+  PanelScratch scratch(n);
+  NewResult<SymmetricMatrix> S(n);
+  double* const x = scratch.data();
+  const Matrix::nsing_type singular = InvertDiagonal(L.data(), n);
+  InvertPanels(L.data(), n, x, [&](index_t first, index_t count) noexcept {
+    kernels().square_columns(S->data(), L.data(), n, first, count, x);
+  });
+  S->set_nsing(singular);
+  return S.hand_over();
+}
+
+SymmetricSparseMatrix& SquareOfInverse(RegularSparseMatrix& L) {
+  inv_lt(L, true);
+  SymmetricSparseMatrix& S = LTL(L);
+  S.set_nsing(L.nsing());
+  return S;
+}
 
 template <class Factor, class K>
 K& InverseThrough(K& A, double tol) {
   if (A.ndim() == 2) return inv2x2(A, false);
   if (A.ndim() == 3) return inv3x3(A, false);
   Factor L(CholeskyFactor(A, tol));
-  InvertFactor(L);
-  K& inverse = LTL(L);
-  inverse.set_nsing(L.nsing());
-  return inverse;
+  return SquareOfInverse(L);
 }
 
 }  // namespace

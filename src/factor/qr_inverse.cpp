@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "factor/tri_inverse.h"
-
 namespace quorvel::detail {
 
 namespace {
@@ -40,7 +38,7 @@ Matrix::nsing_type InvertByReflections(double* a, index_t n, QrInverseScratch& s
     for (index_t k = 0; k < h.count; ++k) column[work.rows[k]] = work.vector[work.rows[k]];
   });
   for (index_t i = 0; i < n; ++i) CopyDoubles(r + packed_row(i, n), a + (std::size_t{n} + 1) * i, n - i);
-  const Matrix::nsing_type singular = InvertTriangle(r, n);
+  const Matrix::nsing_type singular = InvertTriangle(r, n, scratch.panel);
 
   // X·Qᵀ for X = R⁻¹ is computed on the transpose, where the independent rows of X lie side by side.
   for (index_t i = 0; i < n; ++i) {

@@ -3,6 +3,7 @@
 #define QUORVEL_FACTOR_QR_INVERSE_H
 
 #include "factor/reflections.h"
+#include "factor/tri_inverse.h"
 
 namespace quorvel::detail {
 
@@ -12,9 +13,10 @@ constexpr std::uint64_t qr_inverse_scratch(std::uint64_t n) noexcept { return 2 
 /// Scratch of an inverse; small orders find it on the stack.
 class QrInverseScratch {
  public:
-  explicit QrInverseScratch(index_t n) : triangles(qr_inverse_scratch(n)), reflections(n, n) {}
+  explicit QrInverseScratch(index_t n) : triangles(qr_inverse_scratch(n)), reflections(n, n), panel(n) {}
   WorkArea<qr_inverse_scratch(small_order)> triangles;
   ReflectionScratch reflections;
+  PanelScratch panel;
 };
 
 /// Replaces `a` (n x n) by its inverse and returns the number of singular pivots of R.

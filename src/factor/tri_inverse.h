@@ -6,8 +6,8 @@
 //   X(r, r) = 1/L(r, r);   w = sum of L(r, j)*X(j, c), j = c .. r-1 increasing;   X(r, c) = -(w*X(r, r)), 0.0 where
 //   w is 0.0
 //
-// The columns of X are independent. Column c is built in place, as the growing sums of its elements: L's column c is
-// needed for the first product only, and later columns of L are still untouched.
+// The columns of X are independent: a panel of them is found at a time, and takes the place of L's columns, which no
+// later panel needs.
 #ifndef QUORVEL_FACTOR_TRI_INVERSE_H
 #define QUORVEL_FACTOR_TRI_INVERSE_H
 
@@ -15,7 +15,8 @@
 #include <new>
 
 #include "core/storage.h"
-#include "factor/axpy.h"
+#include "core/work_area.h"
+#include "ops/kernels/kernels.h"
 #include "quorvel/Matrix.h"
 
 namespace quorvel::detail {
@@ -47,31 +48,33 @@ inline Matrix::nsing_type InvertDiagonal(double* t, index_t n) noexcept {
   return singular;
 }
 
-/// Replaces a packed triangle by its inverse; returns the number of pivots that were singular.
-inline Matrix::nsing_type InvertTriangle(double* t, index_t n) noexcept {
-  const Matrix::nsing_type singular = InvertDiagonal(t, n);
-  const auto row = [=](index_t a) noexcept { return t + packed_row(a, n) - a; };
-  const auto solved = [](double w, double reciprocal) noexcept { return w != 0.0 ? -(w * reciprocal) : 0.0; };
-  for (index_t c = 0; c + 1 < n; ++c) {
-    double* const x = row(c);
-    for (index_t r = c + 1; r < n; ++r) x[r] *= x[c];
-    index_t j = c + 1;
-    for (; n - j >= 4; j += 4) {
-      for (index_t k = j; k < j + 4; ++k) {
-        const double* const l = row(k);
-        x[k] = solved(x[k], l[k]);
-        for (index_t r = k + 1; r < j + 4; ++r) x[r] += l[r] * x[k];
-      }
-      const index_t behind = j + 4;
-      AddScaled(x + behind, n - behind, row(j) + behind, row(j + 1) + behind, row(j + 2) + behind, row(j + 3) + behind,
-                x + j);
-    }
-    for (; j < n; ++j) {
-      const double* const l = row(j);
-      x[j] = solved(x[j], l[j]);
-      for (index_t r = j + 1; r < n; ++r) x[r] += l[r] * x[j];
-    }
+/// Scratch of a triangular inverse: one panel, on the stack up to order 128.
+class PanelScratch {
+ public:
+  explicit PanelScratch(index_t n) : panel_(std::uint64_t{n} * kernels().panel_columns) {}
+  double* data() noexcept { return panel_.data(); }
+
+ private:
+  WorkArea<128 * small_order> panel_;
+};
+
+/// Replaces a packed triangle with inverted diagonal by its inverse. each(first, count) is called for every panel of
+/// columns, which is then in place and in x.
+template <class Each>
+void InvertPanels(double* t, index_t n, double* x, Each each) noexcept {
+  const index_t width = kernels().panel_columns;
+  for (index_t first = 0; first < n; first += width) {
+    const index_t count = n - first < width ? n - first : width;
+    kernels().invert_columns(t, n, first, count, x);
+    kernels().store_columns(t, n, first, count, x);
+    each(first, count);
   }
+}
+
+/// Replaces a packed triangle by its inverse; returns the number of pivots that were singular.
+inline Matrix::nsing_type InvertTriangle(double* t, index_t n, PanelScratch& scratch) noexcept {
+  const Matrix::nsing_type singular = InvertDiagonal(t, n);
+  InvertPanels(t, n, scratch.data(), [](index_t, index_t) noexcept {});
   return singular;
 }
 

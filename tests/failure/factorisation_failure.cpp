@@ -71,9 +71,9 @@ void OnSymmetric(unsigned n, unsigned allocations, Call call) {
 // The result object and its array; scratch only above order 24.
 TEST(FactorisationMemory, Cholesky) {
   for (const unsigned n : {5u, 24u, 25u}) {
-    const unsigned scratch = n > 24 ? 1 : 0;
-    OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskyFactor(a, 1e-12)); });
-    OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskySquareRootLower(a)); });
+    const unsigned scratch = n > 24 ? 1 : 0;  // of the upper root only
+    OnSymmetric(n, 2, [](SymmetricMatrix& a) { Release(CholeskyFactor(a, 1e-12)); });
+    OnSymmetric(n, 2, [](SymmetricMatrix& a) { Release(CholeskySquareRootLower(a)); });
     OnSymmetric(n, 2 + scratch, [](SymmetricMatrix& a) { Release(CholeskySquareRootUpper(a)); });
   }
 }

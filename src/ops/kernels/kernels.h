@@ -53,6 +53,19 @@ struct Extent {
   kernel_index depth;
 };
 
+/// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
+inline constexpr kernel_index most_columns = 9;
+struct CholeskyPanel {
+  double* packed;
+  kernel_index order;
+  kernel_index first, count;   // columns first .. first + count - 1, the ones before it being finished
+  bool divide;                 // by `scale`, the root of the pivot; otherwise multiply by it, the root's reciprocal
+  double tolerance;            // of pivots, when not dividing
+  bool cleared[most_columns];  // the elements of A count as 0.0
+  double scale[most_columns];
+  double square[most_columns][most_columns];  // [c][r]: of row first + r and column first + c
+};
+
 struct Kernels {
   const char* name;
 
@@ -72,6 +85,33 @@ struct Kernels {
   /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
+
+  /// Columns of a Cholesky panel that has rows below its square.
+  kernel_index cholesky_columns;
+
+  /// The square of a panel: the sums over the columns before, then its columns from `from` on, diagonal elements being
+  /// what `scale` is. Ends at a column c with |pivot| < |tolerance * A(c, c)|, which it leaves alone; c is returned, or
+  /// `count`. `from` is 0 or behind such a column, once that is in its place and in the sums.
+  kernel_index (*cholesky_square)(CholeskyPanel& panel, kernel_index from);
+
+  /// The rows below the finished square, of a panel of cholesky_columns columns:
+  /// L(i, j) = (A(i, j) - sum over k = 0 .. j - 1 of L(i, k) * L(j, k)) * or / scale(j - first).
+  void (*cholesky_rows)(const CholeskyPanel& panel);
+
+  /// Columns of a panel of an inverse, and doubles in a line of its array x.
+  kernel_index panel_columns;
+
+  /// Columns first .. first + count - 1 of the inverse X of a packed lower triangle with reciprocals on its diagonal:
+  /// x[k - first][c] = X(k, first + c), and 0.0 before the diagonal. All of panel_columns, or the last ones of the matrix.
+  void (*invert_columns)(const double* packed, kernel_index order, kernel_index first, kernel_index count, double* x);
+
+  /// Writes such columns to their places in a packed triangle.
+  void (*store_columns)(double* packed, kernel_index order, kernel_index first, kernel_index count, const double* x);
+
+  /// The columns of X' * X, in the upper triangle s: element (i, j) is the sum over k = j .. order - 1 of X(k, i) * X(k, j).
+  /// `packed` holds the columns of X before these.
+  void (*square_columns)(double* s, const double* packed, kernel_index order, kernel_index first, kernel_index count,
+                         const double* x);
 };
 
 /// The instance for this processor, chosen at the first call.
