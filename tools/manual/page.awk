@@ -50,6 +50,11 @@ function links(s,    out, label, target, anchor, at) {
       sub(/#.*/, "", target)
       out = out "@ref " page_id(target) "_" anchor " \"" label "\""
     }
+    else if (target ~ /include\/quorvel\/[A-Za-z_]*\.h$/) {
+      sub(/.*\//, "", target)
+      sub(/\.h$/, "", target)
+      out = out "@ref " target " \"" label "\""
+    }
     else if (target ~ /\.md$/ && target !~ /(README|CONTRIBUTING|CHANGELOG)/)
       out = out (is_index && $0 ~ /^- / ? "@subpage " : "@ref ") page_id(target) " \"" label "\""
     else out = out label  # a file of the repository
