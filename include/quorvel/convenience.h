@@ -6,7 +6,7 @@
 //   auto C = own(A + B);                                     // a value, whatever the operator returned
 //   auto P = from_rows<SymmetricMatrix>({{4, 1}, {1, 3}});
 //   const bool same = near(P, C, 1e-12);
-//   std::cout << std::setw(10) << P;
+//   std::cout << std::setw(10) << P << formatted(A + B, "10.3f");
 #ifndef QUORVEL_CONVENIENCE_H
 #define QUORVEL_CONVENIENCE_H
 
@@ -17,13 +17,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "quorvel/DiagonalMatrix.h"
-#include "quorvel/LowerTriangularMatrix.h"
-#include "quorvel/RegularMatrix.h"
-#include "quorvel/RegularSparseMatrix.h"
-#include "quorvel/SymmetricMatrix.h"
-#include "quorvel/SymmetricSparseMatrix.h"
-#include "quorvel/UpperTriangularMatrix.h"
+#include "quorvel/formatted.h"
 
 namespace quorvel {
 
@@ -71,32 +65,6 @@ template <class K>
 }
 
 namespace convenience {
-
-/// Calls f with the matrix as its concrete kind.
-template <class F>
-auto visit(const Matrix& a, F f) {
-  switch (a.kind()) {
-    case Matrix::regular:
-      return f(static_cast<const RegularMatrix&>(a));
-    case Matrix::symmetric:
-      return f(static_cast<const SymmetricMatrix&>(a));
-    case Matrix::upper_triangular:
-      return f(static_cast<const UpperTriangularMatrix&>(a));
-    case Matrix::lower_triangular:
-      return f(static_cast<const LowerTriangularMatrix&>(a));
-    case Matrix::diagonal:
-      return f(static_cast<const DiagonalMatrix&>(a));
-    case Matrix::regular_sparse:
-      return f(static_cast<const RegularSparseMatrix&>(a));
-    default:
-      return f(static_cast<const SymmetricSparseMatrix&>(a));
-  }
-}
-
-[[noreturn]] inline void refuse(int code) {
-  abort_set(code);
-  throw MatrixException(code);
-}
 
 template <class K>
 inline constexpr bool is_symmetric_kind =
@@ -171,15 +139,41 @@ inline const double* packed_row(const TriMatrix& a, unsigned i) {
   return a.data() + (i + static_cast<std::size_t>(i) * (2u * a.ndim() - 1u - i) / 2u);
 }
 
-/// Largest |a(i, j) - b(i, j)| over all elements, implicit ones included; NaN when any difference is NaN, infinity when
-/// the sizes differ. Consumes nothing.
+namespace convenience {
+
+/// |x - y|, and 0 of equal infinities.
+inline double distance(double x, double y) {
+  return x == y ? 0.0 : std::fabs(x - y);
+}
+
+/// Consumes both operands of a comparison, once when they are the same object.
+class Compared {
+ public:
+  Compared(const Matrix& a, const Matrix& b) noexcept : a_(a), b_(b) {}
+  Compared(const Compared&) = delete;
+  Compared& operator=(const Compared&) = delete;
+  ~Compared() {
+    if (&a_ != &b_) b_.DestroyIfDispensable();
+    a_.DestroyIfDispensable();
+  }
+
+ private:
+  const Matrix& a_;
+  const Matrix& b_;
+};
+
+}  // namespace convenience
+
+/// Largest |a(i, j) - b(i, j)| over all elements of two matrices of any kinds, implicit ones included; equal infinities
+/// differ by 0. NaN when a NaN takes part, infinity when the sizes differ. Consumes dispensable operands.
 template <class A, class B>
 [[nodiscard]] double max_difference(const A& a, const B& b) {
+  const convenience::Compared end(a, b);
   if (a.nrows() != b.nrows() || a.ncols() != b.ncols()) return std::numeric_limits<double>::infinity();
   double largest = 0.0;
   for (unsigned i = 0; i < a.nrows(); ++i) {
     for (unsigned j = 0; j < a.ncols(); ++j) {
-      const double d = std::fabs(a(i, j) - b(i, j));
+      const double d = convenience::distance(a(i, j), b(i, j));
       if (!(d <= largest)) largest = d;
       if (std::isnan(largest)) return largest;
     }
@@ -187,14 +181,17 @@ template <class A, class B>
   return largest;
 }
 
-/// Same size, and |a(i, j) - b(i, j)| <= absolute + relative * |b(i, j)| everywhere; false when a NaN takes part.
+/// Same size, and |a(i, j) - b(i, j)| <= absolute + relative * |b(i, j)| everywhere. An infinity is near the same
+/// infinity only, NaN near nothing. Consumes dispensable operands.
 template <class A, class B>
 [[nodiscard]] bool near(const A& a, const B& b, double absolute, double relative = 0.0) {
+  const convenience::Compared end(a, b);
   if (a.nrows() != b.nrows() || a.ncols() != b.ncols()) return false;
   for (unsigned i = 0; i < a.nrows(); ++i) {
     for (unsigned j = 0; j < a.ncols(); ++j) {
       const double e = b(i, j);
-      if (!(std::fabs(a(i, j) - e) <= absolute + relative * std::fabs(e))) return false;
+      const double d = convenience::distance(a(i, j), e);
+      if (d != 0.0 && (!(d <= absolute + relative * std::fabs(e)) || std::isinf(d))) return false;
     }
   }
   return true;
@@ -206,10 +203,7 @@ template <class A, class B>
 /// applies to each element (and is reset, as ever), its precision and notation as they stand. Consumes a dispensable
 /// matrix, so `stream << A + B` leaks nothing. Throws a pending code through the checked access.
 inline std::ostream& operator<<(std::ostream& stream, const Matrix& a) {
-  struct End {
-    const Matrix& matrix;
-    ~End() { matrix.DestroyIfDispensable(); }
-  } end{a};
+  const quorvel::convenience::Consumed end(a);
   const std::streamsize width = stream.width(0);
   quorvel::convenience::visit(a, [&](const auto& matrix) {
     for (unsigned i = 0; i < matrix.nrows(); ++i) {

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <iomanip>
 #include <limits>
 #include <sstream>
+#include <string>
 #include <utility>
 
+#include "quorvel/products.h"
 #include "quorvel/sums.h"
 #include "support/codes.h"
 #include "support/make.h"
@@ -109,6 +112,26 @@ TEST(Near, ComparesWithTolerance) {
   EXPECT_TRUE(quorvel::near(quorvel::diagonal({1, 2}), from_rows<SymmetricMatrix>({{1, 0}, {0, 2}}), 0.0));
 }
 
+TEST(Near, Infinities) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const auto up = quorvel::column({1, infinity}), down = quorvel::column({1, -infinity}), one = quorvel::column({1, 1});
+  EXPECT_TRUE(quorvel::near(up, up, 0.0));
+  EXPECT_FALSE(quorvel::near(up, down, 1e308, 1.0));
+  EXPECT_FALSE(quorvel::near(one, up, 1e308, 1.0));
+  EXPECT_EQ(quorvel::max_difference(up, up), 0.0);
+  EXPECT_EQ(quorvel::max_difference(one, up), infinity);
+}
+
+TEST(Near, ConsumesTemporaries) {  // the leak check around each test counts
+  const auto a = from_rows<RegularMatrix>({{1, 2}, {3, 4}});
+  EXPECT_TRUE(quorvel::near(a + a, 2.0 * a, 0.0));
+  EXPECT_EQ(quorvel::max_difference(a + a, a), 4.0);
+  EXPECT_FALSE(quorvel::near(a + a, RegularMatrix(1, 1), 1.0));
+  RegularMatrix& twice = Dispensable<RegularMatrix>(2u, 2u);
+  twice = 1.0;
+  EXPECT_TRUE(quorvel::near(twice, twice, 0.0));
+}
+
 TEST(Stream, WritesRowsAndConsumesTemporaries) {
   std::ostringstream text;
   const auto a = from_rows<SymmetricMatrix>({{1, 2.5}, {2.5, 3}});
@@ -120,6 +143,60 @@ TEST(Stream, WritesRowsAndConsumesTemporaries) {
   text.str("");
   text << from_rows<RegularSparseMatrix>({{0, 1}}) << quorvel::diagonal({1, 2}) << RegularMatrix();
   EXPECT_EQ(text.str(), "0 1\n1 0\n0 2\n");
+}
+
+std::string Fields(const char* fields, double x) { return quorvel::NumberFormat(fields)(x); }
+
+TEST(Formatted, FieldsOfANumber) {
+  EXPECT_EQ(Fields("", 0.1), "0.1");
+  EXPECT_EQ(Fields("", 1e22), "1e+22");
+  EXPECT_EQ(Fields("", -0.0), "-0");
+  EXPECT_EQ(Fields("8.3f", 3.14159), "   3.142");
+  EXPECT_EQ(Fields("<8.3f", 3.14159), "3.142   ");
+  EXPECT_EQ(Fields("^8.3f", 3.14159), " 3.142  ");
+  EXPECT_EQ(Fields("*^8.3f", 3.14159), "*3.142**");
+  EXPECT_EQ(Fields("+08.3f", 3.14159), "+003.142");
+  EXPECT_EQ(Fields(">08.3f", -3.14159), "  -3.142");  // an alignment switches the zeros off
+  EXPECT_EQ(Fields(" .2f", 1.0), " 1.00");
+  EXPECT_EQ(Fields("E", 12345.678), "1.234568E+04");
+  EXPECT_EQ(Fields(".3", 12345.678), "1.23e+04");
+  EXPECT_EQ(Fields("a", 1.5), "1.8p+0");
+  EXPECT_EQ(Fields("A", 10.0), "1.4P+3");
+  EXPECT_EQ(Fields("05", std::numeric_limits<double>::infinity()), "  inf");
+  EXPECT_EQ(Fields("F", std::numeric_limits<double>::quiet_NaN()), "NAN");
+  EXPECT_EQ(Fields("", 5e-324), "5e-324");
+  EXPECT_EQ(Fields(".999f", 1e308).size(), 309u + 1u + 999u);
+}
+
+TEST(Formatted, AsPrintf) {
+  for (const double x : {0.0, 1.0, -2.5, 1e-7, 123456789.0, -1e300, 0.3}) {
+    for (const char* fields : {"12.4f", "12.4e", "12.4g", "+12.0f", " 9.3E", "025.9g", ".0e", "G", "f"}) {
+      char text[500];
+      std::snprintf(text, sizeof text, ("%" + std::string(fields)).c_str(), x);
+      EXPECT_EQ(Fields(fields, x), text) << fields;
+    }
+  }
+}
+
+TEST(Formatted, RefusesOtherFields) {
+  for (const char* fields : {"d", "8.f", "8.3ff", "x8", "1000", ".1000f", "8,3f", "f8", "{:8.3f}", "#g"}) {
+    EXPECT_CODE(quorvel::NumberFormat(fields), 40000);
+  }
+  EXPECT_CODE((void)quorvel::formatted(Dispensable<RegularMatrix>(2u, 2u), "?"), 40000);  // and it is destroyed
+}
+
+TEST(Formatted, EveryKind) {
+  using quorvel::formatted;
+  EXPECT_EQ(formatted(from_rows<RegularMatrix>({{1, 2.5, -3}}), "6.2f"), "  1.00   2.50  -3.00\n");
+  EXPECT_EQ(formatted(from_rows<SymmetricMatrix>({{1, 2}, {2, 3}}), ""), "1 2\n2 3\n");
+  EXPECT_EQ(formatted(from_rows<UpperTriangularMatrix>({{1, 2}, {0, 3}}), ""), "1 2\n0 3\n");
+  EXPECT_EQ(formatted(from_rows<LowerTriangularMatrix>({{1, 0}, {2, 3}}), ""), "1 0\n2 3\n");
+  EXPECT_EQ(formatted(quorvel::diagonal({1, 2}), "<3"), "1   0  \n0   2  \n");
+  EXPECT_EQ(formatted(from_rows<RegularSparseMatrix>({{0, 2, 0}}), ""), "0 2 0\n");
+  EXPECT_EQ(formatted(from_rows<SymmetricSparseMatrix>({{0, 2}, {2, 0}}), ".1f"), "0.0 2.0\n2.0 0.0\n");
+  EXPECT_EQ(formatted(RegularMatrix(), "8.3f"), "");
+  const auto a = quorvel::diagonal({1, 2});
+  EXPECT_EQ(formatted(a + a, ""), "2 0\n0 4\n");  // consumed
 }
 
 }  // namespace
