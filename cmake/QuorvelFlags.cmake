@@ -32,6 +32,8 @@ function(quorvel_link_flags target)
   # Calls from the library to itself go straight to their target, not through a table that a program
   # could redirect: that is a good part of the cost of a product of two 3 x 3 matrices.
   target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+  target_link_options(${target} PRIVATE "-Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/quorvel.map")
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/quorvel.map")
   if(NOT (QUORVEL_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
   endif()

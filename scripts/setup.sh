@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [reference] [manual] [bench]
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [abi] [package] [reference] [manual] [bench]
 #
 # Sees to it that the tools of the named groups are there. What is missing is installed with apt,
 # without questions; with --no-install it is only named, and the script fails.
@@ -13,9 +13,16 @@ tools=(
   "test|googletest|/usr/src/googletest/CMakeLists.txt|the test framework, built from source for every target"
   "test|gdb|gdb|checks the debugger's printers"
   "test|doxygen|doxygen|checks that everything is documented"
+  "test|pkg-config|pkg-config|finds the installed library, in a test"
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
+  "package|dpkg-dev|dpkg-buildpackage|builds the Debian packages"
+  "package|debhelper|dh|builds the Debian packages"
+  "package|fakeroot|fakeroot|installs them into a folder"
+  "package|lintian|lintian|looks at them"
+  "abi|xz-utils|xz|unpacks the committed interface"
+  "abi|abigail-tools|abidiff|compares the library's interface with the one committed"
   "reference|octave|octave-cli|reads our text output back, in a test"
   "reference|liblapack-dev|/usr/share/doc/liblapack-dev|factorises and solves beside us, in a test"
   "reference|libeigen3-dev|/usr/include/eigen3/Eigen/Core|looks into our arrays, in the examples of the manual"
@@ -33,11 +40,11 @@ groups=()
 for argument in "$@"; do
   case $argument in
     --no-install) install=no ;;
-    build | test | clang | arm | reference | manual | bench) groups+=("$argument") ;;
+    build | test | clang | arm | abi | package | reference | manual | bench) groups+=("$argument") ;;
     *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
   esac
 done
-[ ${#groups[@]} -gt 0 ] || groups=(build test clang arm reference)
+[ ${#groups[@]} -gt 0 ] || groups=(build test clang arm abi package reference)
 
 present() {
   case $1 in

@@ -23,7 +23,7 @@ if [ $quick = yes ]; then
   scripts/setup.sh "${no_install[@]}" build test
 else
   presets=(release sanitize clang armhf)
-  scripts/setup.sh "${no_install[@]}" build test clang arm reference
+  scripts/setup.sh "${no_install[@]}" build test clang arm abi reference
 fi
 
 # digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed. Rooms that feed no results (some exist
@@ -58,6 +58,10 @@ for preset in "${presets[@]:1}"; do
   fi
   echo "$preset: the same"
 done
+
+if [ $quick = no ]; then
+  scripts/abi.sh "${no_install[@]}"
+fi
 
 # The same test programs with the library built at other levels: it takes the place of theirs.
 if [ $quick = no ]; then

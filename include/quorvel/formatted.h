@@ -1,5 +1,8 @@
-// Matrices as text with the fields of std::format: width, precision, alignment, notation. Inline, part of convenience.h.
+// Matrices as text with the fields of std::format.
 //
+// Width, precision, alignment and notation; all inline, and a part of convenience.h.
+//
+//   using namespace quorvel;
 //   std::cout << formatted(P, "10.3f");
 //   std::string line = formatted(A + B, "+.2e");    // the result of A + B is consumed
 #ifndef QUORVEL_FORMATTED_H

@@ -15,6 +15,8 @@ static_assert(sizeof(Matrix::size_type) == 4 && sizeof(Matrix::nsing_type) == 4 
 static_assert(!narrow || (sizeof(Matrix) == 12 && sizeof(SingleArrayMatrix) == 20 && sizeof(SquareMatrix) == 24));
 static_assert(!narrow || (sizeof(RegularMatrix) == 28 && sizeof(TriMatrix) == 24 && sizeof(SymmetricMatrix) == 24));
 static_assert(!narrow || (sizeof(UpperTriangularMatrix) == 24 && sizeof(DiagonalMatrix) == 24));
+static_assert(!narrow || (sizeof(LowerTriangularMatrix) == 24 && sizeof(SquareMatrix::proxy) == 12));
+static_assert(sizeof(MatrixException) == sizeof(int));
 
 // Reads a field out of the object representation.
 template <class T>
