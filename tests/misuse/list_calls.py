@@ -27,9 +27,10 @@ FILES = 4
 def symbols(nm, library):
     lines = subprocess.run([nm, "-D", "-C", "--defined-only", library], check=True, capture_output=True,
                            text=True).stdout.splitlines()
-    found = {line.split(None, 2)[2] for line in lines if line.split(None, 2)[1] == "T"}
-    found |= {s for s in (line.split(None, 2)[2] for line in lines if line.split(None, 2)[1] == "W")
-              if s.startswith("void SparseMatrix::CopyMat<")}
+    kinds_and_names = [line.split(None, 2)[1:] for line in lines]
+    kinds_and_names = [(kind, name.split("@")[0]) for kind, name in kinds_and_names]  # without the version node
+    found = {name for kind, name in kinds_and_names if kind == "T"}
+    found |= {name for kind, name in kinds_and_names if kind == "W" and name.startswith("void SparseMatrix::CopyMat<")}
     return {s for s in found if "(" in s}
 
 
