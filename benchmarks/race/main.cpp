@@ -1,6 +1,6 @@
-// usage: bench [--only TEXT] [--effort quick|normal] [--list]
+// usage: bench [--only TEXT] [--without CHAPTER] [--effort quick|normal] [--list]
 //
-// Runs the programme, or the operations whose name contains TEXT, and prints lines
+// Runs the programme, or the operations whose name contains TEXT, without those of a chapter, and prints lines
 //
 //   chapter;operation;n;m;who;how;seconds
 //
@@ -30,10 +30,10 @@ std::string Processor() {
   return "unknown";
 }
 
-int Run(const std::string& only, const bench::Effort& effort) {
+int Run(const std::string& only, const std::string& without, const bench::Effort& effort) {
   int status = 0;
   for (const bench::Operation& operation : bench::Programme()) {
-    if (operation.name.find(only) == std::string::npos) continue;
+    if (operation.name.find(only) == std::string::npos || operation.chapter == without) continue;
     std::fprintf(stderr, "%s\n", operation.name.c_str());
     for (const bench::Size size : operation.sizes) {
       operation.set_up(size, [&](bench::Race& race) {
@@ -70,7 +70,7 @@ extern "C" __attribute__((visibility("default"))) const char* quorvel_choose_ker
 }
 
 int main(int argc, char** argv) {
-  std::string only;
+  std::string only, without;
   bench::Effort effort{100e-6, 60e-3, 5};
   for (int k = 1; k < argc; ++k) {
     const std::string argument = argv[k];
@@ -79,13 +79,15 @@ int main(int argc, char** argv) {
       return 0;
     } else if (argument == "--only" && k + 1 < argc) {
       only = argv[++k];
+    } else if (argument == "--without" && k + 1 < argc) {
+      without = argv[++k];
     } else if (argument == "--effort" && k + 1 < argc && std::strcmp(argv[k + 1], "normal") == 0) {
       ++k;
     } else if (argument == "--effort" && k + 1 < argc && std::strcmp(argv[k + 1], "quick") == 0) {
       ++k;
       effort = {50e-6, 10e-3, 3};
     } else {
-      std::fprintf(stderr, "usage: %s [--only TEXT] [--effort quick|normal] [--list]\n", argv[0]);
+      std::fprintf(stderr, "usage: %s [--only TEXT] [--without CHAPTER] [--effort quick|normal] [--list]\n", argv[0]);
       return 2;
     }
   }
@@ -93,5 +95,5 @@ int main(int argc, char** argv) {
   std::printf("# processor: %s\n# our kernels: %s\n# Eigen: %d.%d.%d, %s\n# OpenBLAS: %s; kernels %s\n",
               Processor().c_str(), ours, EIGEN_WORLD_VERSION, EIGEN_MAJOR_VERSION, EIGEN_MINOR_VERSION,
               Eigen::SimdInstructionSetsInUse(), openblas_get_config(), openblas_get_corename());
-  return Run(only, effort);
+  return Run(only, without, effort);
 }

@@ -85,6 +85,8 @@ std::vector<double> Values(const Eigen::MatrixBase<Derived>& x) {
                      [&a](unsigned i, unsigned j) { return static_cast<double>(a(i, j)); }});
 }
 
+inline std::vector<double> Values(const std::vector<double>& values) { return values; }
+
 /// A result that is only formed to be compared, like the covariance of its factors: by a function that is not called
 /// while the contestant is timed.
 template <class Make>
