@@ -25,10 +25,11 @@ class QUORVEL_API DiagonalMatrix : public SquareMatrix {
   /// As SingleArrayMatrix::operator=(double): every stored double becomes x. Throws 50000.
   DiagonalMatrix& operator=(double x);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "DiagonalMatrix".
+  /// The class name is "DiagonalMatrix"; the kind is symmetric.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
   size_type StoredCount() const override;
   size_type GetArrayCount(size_type rows, size_type cols) const override;
   void InsertRowsAndCols(size_type at, size_type count) override;

@@ -30,10 +30,11 @@ class QUORVEL_API LowerTriangularMatrix : public TriMatrix {
   /// As SingleArrayMatrix::operator=(double): every stored double becomes x. Throws 50000.
   LowerTriangularMatrix& operator=(double x);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "LowerTriangularMatrix".
+  /// The class name is "LowerTriangularMatrix"; the kind is not symmetric, whatever the elements are.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
 
   /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(LowerTriangularMatrix& other) noexcept;

@@ -228,13 +228,15 @@ class QUORVEL_API SingleArrayMatrix : public Matrix {
   /// Number of doubles that the array has room for.
   size_type capacity() const noexcept { return capacity_; }
 
-  /// Replaces the array by a new one of exactly `count` doubles, zeroed when asked for.
+  /// Replaces the array by a new one of exactly `count` doubles, zeroed when asked for. The sizes stay: for classes that
+  /// set them next.
   void AllocateMemory(size_type count, bool zero);
   /// Makes room for a matrix of that size; keeps the stored doubles at their place in the array.
   void Reserve(size_type rows, size_type cols);
   /// Size 0 x 0 and no array. Throws like SetSize, and then frees nothing.
   void FreeMemory();
   /// Takes size, singularity count and stored doubles of a matrix of the same storage layout, negated when asked for.
+  /// Consumes nothing. Throws what SetSize throws.
   void Copy(const SingleArrayMatrix& source, bool negate);
   /// Takes the size and StoredCount() doubles in storage order. Throws 50000 when not ok.
   void Assign(const double* values, size_type rows, size_type cols);
@@ -242,10 +244,12 @@ class QUORVEL_API SingleArrayMatrix : public Matrix {
   /// other value leaves it (kept on purpose).
   SingleArrayMatrix& operator=(double x);
   /// this = s * source (size taken from source). s = 0 gives +0.0 everywhere, even over NaN; s = -1 negates; s = 1
-  /// copies. The singularity count stays. Hides the free function Mult inside members: write ::Mult there.
+  /// copies. The singularity count stays. Throws what SetSize throws where the sizes differ. Hides the free function Mult
+  /// inside members: write ::Mult there.
   void Mult(const SingleArrayMatrix& source, double s);
+  /// Changes the sign of every stored double. Checks nothing.
   void Negate();
-  /// Fills from the last stored double to the first with lo + rand() * ((hi - lo) / 2147483647.0).
+  /// Fills from the last stored double to the first with lo + rand() * ((hi - lo) / 2147483647.0). Checks nothing.
   void SetRandom(double lo, double hi);
   /// Stored doubles that are not 0.0 (NaN counts).
   size_type NumberNonZero() const;
@@ -287,8 +291,6 @@ class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
  public:
   class proxy;
 
-  /// rows = cols = n.
-  void GetSize(size_type& rows, size_type& cols) const override;
   void SetSize(size_type rows, size_type cols, bool keep) override;
 
   /// Opens `count` zero rows and columns before index `at` (at = n appends); count 0 does nothing, unchecked. Throws
@@ -297,10 +299,11 @@ class QUORVEL_API SquareMatrix : public SingleArrayMatrix {
   /// Removes rows and columns at .. at + count - 1; count 0 does nothing, unchecked. Throws 60000 for any failure.
   virtual void RemoveRowsAndCols(size_type at, size_type count) = 0;
 
-  /// The order n.
+  /// The order n, of rows and columns.
   size_type nrows() const noexcept { return n_; }
   size_type ncols() const noexcept { return n_; }
   size_type ndim() const noexcept { return n_; }
+  void GetSize(size_type& rows, size_type& cols) const override;
 
   /// Throws 60090 unless i < n and j < n.
   void ThrowSquareMatrixAccessorGet(unsigned i, unsigned j) const;

@@ -39,12 +39,11 @@ class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
   /// As SingleArrayMatrix::operator=(double). Throws 50000.
   RegularMatrix& operator=(double x);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "RegularMatrix".
+  /// The class name is "RegularMatrix"; the kind is not symmetric, whatever the elements are.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
-  /// rows = m, cols = n.
-  void GetSize(size_type& rows, size_type& cols) const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
   void SetSize(size_type rows, size_type cols, bool keep) override;
   size_type StoredCount() const override;
   size_type GetArrayCount(size_type rows, size_type cols) const override;
@@ -52,6 +51,7 @@ class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
   /// Rows m and columns n.
   size_type nrows() const noexcept { return m_; }
   size_type ncols() const noexcept { return n_; }
+  void GetSize(size_type& rows, size_type& cols) const override;
 
   /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(RegularMatrix& other) noexcept;

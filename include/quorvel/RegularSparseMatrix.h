@@ -41,10 +41,11 @@ class QUORVEL_API RegularSparseMatrix : public SparseMatrix {
   /// As SparseMatrix::operator=(double): every cell becomes v. Throws 50881.
   RegularSparseMatrix& operator=(double v);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "RegularSparseMatrix".
+  /// The class name is "RegularSparseMatrix"; the kind is not symmetric, whatever the elements are.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
 
   /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(RegularSparseMatrix& other) noexcept;

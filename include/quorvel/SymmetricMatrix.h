@@ -33,10 +33,11 @@ class QUORVEL_API SymmetricMatrix : public TriMatrix {
   /// As SingleArrayMatrix::operator=(double): every stored double becomes x. Throws 50000.
   SymmetricMatrix& operator=(double x);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "SymmetricMatrix".
+  /// The class name is "SymmetricMatrix"; the kind is symmetric.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
 
   /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(SymmetricMatrix& other) noexcept;

@@ -35,10 +35,11 @@ class QUORVEL_API SymmetricSparseMatrix : public SparseMatrix {
   /// As SparseMatrix::operator=(double): every cell becomes v. Throws 50881.
   SymmetricSparseMatrix& operator=(double v);
 
-  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
-  /// "SymmetricSparseMatrix".
+  /// The class name is "SymmetricSparseMatrix"; the kind is symmetric.
   const char* ClassName() const override;
   bool IsSymmetric() const override;
+
+  void PrintArray(std::FILE* file, const char* format, int width, int precision) const override;
 
   /// Exchanges everything but the dispensable flags, in constant time.
   void Swap(SymmetricSparseMatrix& other) noexcept;

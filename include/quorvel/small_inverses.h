@@ -60,13 +60,14 @@ QUORVEL_API int CholeskyFactor(const double* a, unsigned n, double* U, double to
 /// assertion) and U⁻¹·U⁻ᵀ. Rows and columns of singular pivots are zero; returns their number.
 QUORVEL_API int CholeskyInverse3x3(const double* a, double* out, double tol);
 
-/// out = S·Q·S, all _sm.
+/// out = S·Q·S, all _sm. This and the next two form full products of order 3, each sum in increasing index and without
+/// a term dropped; packed results are the upper triangle of that.
 QUORVEL_API void SQS3x3(double* out, const double* s, const double* q);
 
-/// out = A·Q·Aᵀ, A by rows, Q and out _sm.
+/// out = A·Q·Aᵀ, A by rows, Q and out _sm: covariance propagation of order 3.
 QUORVEL_API void AQAT3x3(double* out, const double (*a)[3], const double* q);
 
-/// vᵀ·P·v, P _sm.
+/// vᵀ·P·v, P _sm: the squared norm of v with weights P; no root is taken.
 [[nodiscard]] QUORVEL_API double PWeightedNorm3x3(const double* v, const double* p);
 
 // ---------------------------------------------------------------------------------------------------------------------

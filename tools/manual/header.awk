@@ -80,6 +80,29 @@ function statement_end(i,    depth) {
   return i
 }
 
+# Prints, but not in the first pass, which counts the names of families.
+function emit(s) { if (pass == 2) print s }
+
+# The kinds among the parameters of the family, "(UpperTriangularMatrix, double)".
+function kinds(    k, s, type, seen, n, list, scalar) {
+  for (k = 1; k <= members; ++k) {
+    s = member_text[k]
+    sub(/^[^(]*operator *\(\)/, "", s)
+    sub(/^[^(]*\(/, "", s)
+    sub(/\)[^)]*$/, "", s)
+    while (match(s, /[A-Za-z]*Matrix|double|size_type|unsigned/)) {
+      type = substr(s, RSTART, RLENGTH)
+      s = substr(s, RSTART + RLENGTH)
+      if (type in seen) continue
+      seen[type] = 1
+      if (type !~ /Matrix/) scalar = scalar ", " type
+      else { ++n; list = list ", " type }
+    }
+  }
+  if (n > 4) list = ", any kind"
+  return "(" substr(list scalar, 3) ")"
+}
+
 function family(    k, j, name, seen, n, title, invisible) {
   title = ""
   n = 0
@@ -90,16 +113,19 @@ function family(    k, j, name, seen, n, title, invisible) {
     if (++n <= 8) title = title (n > 1 ? ", " : "") name
     else if (n == 9) title = title ", ..."
   }
-  # Two groups of one name in one scope would be merged: invisible marks keep families of one name apart.
-  for (n = titled[title]++; n > 0; --n) invisible = invisible "\342\200\213"
-  print "/** @name " escape(title) invisible
-  print family_text
-  print "*/\n/** @{ */"
+  # Where several families have the same name, their parameters tell them apart; two groups of one title in one scope
+  # would be merged, so an invisible mark keeps the rest apart.
+  if (pass == 1) ++named[scope, title]
+  else if (named[scope, title] > 1) title = title " " kinds()
+  if (pass == 2) for (n = titled[title]++; n > 0; --n) invisible = invisible "\342\200\213"
+  emit("/** @name " escape(title) invisible)
+  emit(family_text)
+  emit("*/\n/** @{ */")
   for (k = 1; k <= members; ++k) {
-    if (member_text[k] !~ /\/\/\/</ || member_end[k] > member_first[k] + 1) print "/** @brief <span class=\"family\"></span> */"
-    for (j = member_first[k]; j < member_end[k]; ++j) print trailing(source[j])
+    if (member_text[k] !~ /\/\/\/</ || member_end[k] > member_first[k] + 1) emit("/** @brief <span class=\"family\"></span> */")
+    for (j = member_first[k]; j < member_end[k]; ++j) emit(trailing(source[j]))
   }
-  print "/** @} */"
+  emit("/** @} */")
   members = 0
   family_open = 0
 }
@@ -123,19 +149,20 @@ function statement(i,    end, k) {
     for (k = i; k < end; ++k) member_text[members] = member_text[members] " " source[k]
     if (source[i] ~ /^ *template </ && end == i + 1) ;  # the declaration follows
   } else {
-    for (k = i; k < end; ++k) print trailing(source[k])
+    for (k = i; k < end; ++k) emit(trailing(source[k]))
   }
   return end
 }
 
-function end_section() { if (section_open) print "/** @} */"; section_open = 0 }
+function end_section() { if (section_open) emit("/** @} */"); section_open = 0 }
 
 # A section whose text would be lost: an unknown reference makes Doxygen say so.
-function complain() { print "/** @file\n@ref section_without_a_title_or_place */" }
+function complain() { emit("/** @file\n@ref section_without_a_title_or_place */") }
 
 function begin_topic() {
   if (topic_open || topic == "") return
-  print "/** @defgroup " topic " " topic_title "\n" topic_text "\n@{ */"
+  if (topic == "sum_operators") emit("/** @addtogroup sums\n@{ */")  # declared apart, described together
+  else emit("/** @defgroup " topic " " topic_title "\n" topic_text "\n@{ */")
   topic_open = 1
 }
 
@@ -144,11 +171,17 @@ function begin_section(title) {
   begin_topic()
   if (title == "") { complain(); return }
   sub(/: .*/, "", title)
-  print "/** @defgroup " file_id "_" (++sections) " " title "\n" markdown(text, count) "\n@{ */"
+  emit("/** @defgroup " file_id "_" (++sections) " " title (count > 0 ? "\n" markdown(text, count) : "") "\n@{ */")
   section_open = 1
 }
 
 END {
+  for (pass = 1; pass <= 2; ++pass) read_header()
+}
+
+function read_header(    i, j, k, s) {
+  topic_open = section_open = sections = 0
+  scope = ""
   file = FILENAME
   sub(/.*\//, "", file)
   topic = file
@@ -163,7 +196,7 @@ END {
   # Headers of classes have no topic: what they begin with belongs to the class.
   for (k = i; k <= NR; ++k) if (source[k] ~ /^class .*\{/) topic = ""
   if (topic ~ /^(quorvel|functions|export|forward)$/) topic = ""
-  if (title != "") print "/** @file\n@brief " escape(title) ".\n\n" (topic == "" ? head : "See @ref " topic ".\n") "*/"
+  if (title != "") emit("/** @file\n@brief " escape(title) ".\n\n" (topic == "" ? head : "See @ref " (topic == "sum_operators" ? "sums" : topic) ".\n") "*/")
   if (topic != "") sub(/: .*/, "", title)
   sub("^" file_id ": ", "", title)
   topic_title = title
@@ -177,8 +210,8 @@ END {
       ++i
     } else if (s ~ /^ *#/) {
       flush_family()
-      if (s ~ /^#endif/ && i >= NR - 1) { end_section(); if (topic_open) print "/** @} */" }
-      print s
+      if (s ~ /^#endif/ && i >= NR - 1) { end_section(); if (topic_open) emit("/** @} */") }
+      emit(s)
       ++i
     } else if (is_comment(s)) {
       flush_family()
@@ -194,7 +227,7 @@ END {
       if (level > 0 && j > i) { if (count > 1) complain(); continue }
       if (is_class(j)) {
         lead = source[j] ~ ("[ :]" file_id "( |$)") && topic == "" ? "@brief " escape(title) ".\n\n" head "\n" : ""
-        print "/**\n" lead markdown(text, count) "*/"
+        emit("/**\n" lead markdown(text, count) "*/")
         continue
       }
       if (source[j] ~ /^(namespace|#)/) continue
@@ -205,29 +238,31 @@ END {
       i = j
     } else if (s ~ /^namespace .*(detail|convenience) \{/) {
       flush_family()
-      while (source[i] !~ /^\}/) ++i
+      while (source[i] !~ /^\}(  \/\/ namespace .*)?$/ || (s ~ /convenience/ && source[i] !~ /convenience$/)) ++i
       ++i
     } else if (s ~ /^namespace .*\{/) {
-      print s
+      emit(s)
       namespaces = 1
       ++i
     } else if (s ~ /^\}/) {
       flush_family()
-      if (hidden) print "/** @endcond */"
+      if (hidden) emit("/** @endcond */")
       hidden = 0
       if (level > 0) --level
-      print s
+      scope = ""
+      emit(s)
       ++i
     } else if (is_class(i)) {
       flush_family()
-      if (s ~ /^template/) print source[i++]
-      print source[i++]
+      scope = source[s ~ /^template/ ? i + 1 : i]
+      if (s ~ /^template/) emit(source[i++])
+      emit(source[i++])
       ++level
     } else if (s ~ /^ (public|protected|private):/) {
       flush_family()
-      print s
-      if (s ~ /public/) { if (hidden) print "/** @endcond */"; hidden = 0 }
-      else { if (!hidden) print "/** @cond */"; hidden = 1 }
+      emit(s)
+      if (s ~ /public/) { if (hidden) emit("/** @endcond */"); hidden = 0 }
+      else { if (!hidden) emit("/** @cond */"); hidden = 1 }
       ++i
     } else {
       i = statement(i)

@@ -10,6 +10,7 @@ function escape_plain(s,    out, i, c, before, after) {
     if (c == "<") c = "&lt;"
     else if (c == ">") c = "&gt;"
     else if (c == "&") c = "&amp;"
+    else if (c == "\"") c = "&quot;"
     else if (c ~ /[#@%\\]/) c = "\\" c
     else if (c == "*" && !((before ~ /[ (]/ && after ~ /[A-Za-z]/) || (before ~ /[A-Za-z]/ && after !~ /[A-Za-z0-9(]/))) c = "\\*"
     out = out c
