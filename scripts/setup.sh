@@ -14,6 +14,7 @@ tools=(
   "test|gdb|gdb|checks the debugger's printers"
   "test|doxygen|doxygen|checks that everything is documented"
   "test|pkg-config|pkg-config|finds the installed library, in a test"
+  "test|valgrind|valgrind|counts the instructions of calls"
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
