@@ -1,4 +1,4 @@
-// Matrices as text with the fields of std::format.
+// Formatted text: matrices with the fields of std::format.
 //
 // Width, precision, alignment and notation; all inline, and a part of convenience.h.
 //
@@ -109,6 +109,7 @@ class NumberFormat {
     if (!fields.empty()) convenience::refuse(40000);
   }
 
+  /// The number as text.
   std::string operator()(double x) const {
     const bool upper = type_ == 'E' || type_ == 'F' || type_ == 'G' || type_ == 'A';
     std::string number = Number(std::fabs(x));
