@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [abi] [package] [reference] [manual] [bench]
+# usage: setup.sh [--no-install] [build] [test] [clang] [arm] [abi] [package] [reference] [manual] [bench] [memory] [coverage]
 #
 # Sees to it that the tools of the named groups are there. What is missing is installed with apt,
 # without questions; with --no-install it is only named, and the script fails.
@@ -34,6 +34,8 @@ tools=(
   "bench|libarmadillo-dev|/usr/include/armadillo|a peer in the benchmarks"
   "bench|libsuitesparse-dev|/usr/include/suitesparse/cholmod.h|a peer in the benchmarks of sparse matrices"
   "bench|gnuplot-nox|gnuplot|draws the benchmarks' pictures"
+  "memory|valgrind|valgrind|watches the memory of the test programs"
+  "coverage|gcovr|gcovr|tells which lines and branches the tests reach"
 )
 
 install=yes
@@ -41,7 +43,7 @@ groups=()
 for argument in "$@"; do
   case $argument in
     --no-install) install=no ;;
-    build | test | clang | arm | abi | package | reference | manual | bench) groups+=("$argument") ;;
+    build | test | clang | arm | abi | package | reference | manual | bench | memory | coverage) groups+=("$argument") ;;
     *) echo "setup.sh: unknown argument '$argument'" >&2; exit 2 ;;
   esac
 done
