@@ -8,11 +8,14 @@ shift 3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# "address name" of the exported functions. Names of one address are one function: the two forms of a constructor, say.
-exported() { "$nm" -D --defined-only "$@" "$library" | awk '$2 ~ /^[TW]$/ {print $1 " " substr($0, index($0, $3))}'; }
+# "address name" of the exported functions, names without their version node. Names of one address are one function: the
+# two forms of a constructor, say.
+exported() {
+  "$nm" -D --defined-only "$@" "$library" | awk '$2 ~ /^[TW]$/ {sub(/@.*/, ""); print $1 " " substr($0, index($0, $3))}'
+}
 exported >"$work/names"
 exported -C >"$work/signatures"
-for program in "$@"; do "$nm" -D "$program"; done | awk '{print $NF}' | sort -u >"$work/used"
+for program in "$@"; do "$nm" -D "$program"; done | awk '{sub(/@.*/, "", $NF); print $NF}' | sort -u >"$work/used"
 
 # The signatures of the functions called, and of those not called.
 awk -v called="$work/called" -v uncalled="$work/uncalled" '
