@@ -6,15 +6,15 @@
 namespace quorvel::detail::offset {
 
 inline constexpr int null_pointer = 10000;  // a required pointer is null
-//   do: 10680: use less memory, or smaller matrices; else: pass a pointer that is not null
+//   do: 10680 means that no memory is left. Any other: pass a pointer that is not null
 inline constexpr int insertion = 30000;     // an insertion position lies beyond the extent
-//   do: insert at 0 .. extent; at = extent appends
+//   do: insert at 0 .. extent, where extent appends
 inline constexpr int shape = 40000;         // size, shape or index range; empty or dispensable where none may be
-//   do: compare nrows() and ncols() of all operands; give a temporary a name before it is resized or written into
+//   do: compare nrows() and ncols() of all operands. A temporary needs a name before it is resized or written into
 inline constexpr int not_ok = 50000;        // an operand is not ok
-//   do: find the failed assignment that marked the operand: its code came first; then move a good matrix in, or set_ok(true)
+//   do: find the failed assignment that marked the operand (its code came first). Then move a good matrix in, or set_ok(true)
 inline constexpr int range = 60000;         // a removal or range failure
-//   do: compare index, or first + count, with the extent; see that the matrix is ok and has a name
+//   do: compare index, or first + count, with the extent. The matrix must be ok and have a name
 
 }  // namespace quorvel::detail::offset
 
@@ -88,9 +88,9 @@ namespace quorvel::detail::fixed {
 inline constexpr int triangular_index = 60021;  // triangular or symmetric matrix: write outside the stored part
 //   do: write where the kind stores: i <= j (upper), i >= j (lower), below the order (all)
 inline constexpr int regular_index = 60080;  // regular matrix: index outside the matrix
-//   do: compare i with nrows() and j with ncols(); reset a pending code first, the access throws it too
+//   do: compare i with nrows() and j with ncols(). A pending code is thrown here, too
 inline constexpr int square_index = 60090;  // square dense matrix: index outside the matrix, or write off a diagonal
-//   do: compare both with ndim(); off the diagonal take another kind
+//   do: compare both with ndim(). To write off the diagonal take another kind
 
 inline constexpr int non_zeros_columns = 40360;   // SetNonZeros: not a column
 //   do: pass an n x 1 matrix
@@ -115,7 +115,7 @@ inline constexpr int sparse_link_row = 62040;      // SparseMatrixRowInsert: cel
 inline constexpr int sparse_link_col = 62050;      // SparseMatrixColInsert: cell outside the matrix
 //   do: low level: pass indices inside the matrix, or use Put
 inline constexpr int sparse_insert = 62060;        // sparse insertion (SparseMatrixInsert, Put): cell outside the matrix
-//   do: compare with nrows() and ncols(); an output vector must be long enough before it is filled
+//   do: compare with nrows() and ncols(). An output vector must be long enough before it is filled
 inline constexpr int sparse_index = 62090;         // sparse matrix: index outside the matrix
 //   do: compare with nrows() and ncols()
 inline constexpr int sparse_row = 62170;           // GetFirstInRow, IsRowEmpty, and products: row outside the matrix
@@ -125,17 +125,17 @@ inline constexpr int sparse_col = 62180;           // GetFirstInCol, IsColEmpty,
 inline constexpr int sparse_append = 62190;        // SparseMatrixInsert behind a predecessor: cell outside the matrix
 //   do: low level: pass indices inside the matrix, or use Put
 inline constexpr int sparse_row_elements = 62200;  // sparse GetRowElements, GetLimitedRow: row or range outside
-//   do: row below nrows(), first <= last < ncols(); npos is no index here
+//   do: row below nrows(), first <= last < ncols(). npos is no index here
 inline constexpr int sparse_col_elements = 62210;  // sparse GetColElements, GetLimitedCol: column or range outside
-//   do: column below ncols() and nrows(), first <= last < nrows(); npos is no index here
+//   do: column below ncols() and nrows(), first <= last < nrows(). npos is no index here
 inline constexpr int sparse_entire_col = 62220;    // RegularSparseMatrix::GetEntireCol: column outside the matrix
 //   do: compare with ncols()
 inline constexpr int sparse_entire_row = 62230;    // RegularSparseMatrix::GetEntireRow: row outside the matrix
 //   do: compare with nrows()
 inline constexpr int symmetric_sparse_line = 62240;  // SymmetricSparseMatrix line extraction: line or range outside
-//   do: pass first <= last inside the matrix; for a whole line take RegularSparseMatrix(A).GetEntireRow
+//   do: pass first <= last inside the matrix. For a whole line take RegularSparseMatrix(A).GetEntireRow
 inline constexpr int sparse_division = 82160;      // division of an element reference by zero
-//   do: test the divisor; and mind that A(i, j) /= d is d / A(i, j): write A(i, j) = A(i, j) / d
+//   do: test the divisor. And mind that A(i, j) /= d is d / A(i, j): write A(i, j) = A(i, j) / d
 
 }  // namespace quorvel::detail::fixed
 
