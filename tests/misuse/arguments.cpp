@@ -204,11 +204,13 @@ void Arguments::Begin() {
     int code = kPending;
     abort_set(code);
   }
+  if (callback_ != nullptr) SetAbortCallback(callback_);
   limit_.emplace(1u << 16);
   if (fail_at_ != 0) fail_.emplace(fail_at_, fail_mode_);
 }
 
 std::string Arguments::Settle(unsigned first_consumed) {
+  SetAbortCallback(nullptr);
   abort_reset();
   fail_.reset();
   limit_.reset();

@@ -57,6 +57,8 @@ class Arguments {
 
   // The test's part.
   void FailFrom(unsigned k, Fail mode) { fail_at_ = k, fail_mode_ = mode; }
+  // Installed during the call.
+  void SetCallback(void (*callback)(int)) { callback_ = callback; }
   bool failed() const { return fail_ && fail_->failed(); }
   bool pending() const { return pending_; }
   // From now on Begin() only notes what the operands are, and throws Described.
@@ -99,6 +101,7 @@ class Arguments {
   static std::FILE* file_;
   unsigned fail_at_ = 0;
   Fail fail_mode_ = Fail::kOnce;
+  void (*callback_)(int) = nullptr;
   std::string* describe_ = nullptr;
   std::optional<FailAllocations> fail_;
   std::optional<LimitAllocations> limit_;

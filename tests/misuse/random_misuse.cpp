@@ -1,11 +1,12 @@
 // A million calls of exported functions with random kinds, sizes, flags and indices: none crashes, none leaks, none changes
-// a constant operand, and each throws only codes that are documented for it.
+// a constant operand, and each throws only codes that are documented for it, which the callback has heard once.
 //
 // QUORVEL_MISUSE_CALLS sets another number of calls, QUORVEL_MISUSE_SEED runs one call of a failure message again.
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <set>
 #include <string>
@@ -33,15 +34,37 @@ struct Outcome {
 
 const Call& CallOf(std::uint64_t seed) { return Calls()[static_cast<std::size_t>(seed * 0x9E3779B97F4A7C15u % Calls().size())]; }
 
+// What the callback heard during a call.
+int heard_code = 0;
+unsigned heard_times = 0;
+void Hear(int code) {
+  heard_code = code;
+  ++heard_times;
+}
+
+// The callback hears every code once before it is thrown, and nothing else. M_abort and the bare 0 go past it; the other
+// functions of the error scheme are not checked here.
+bool HeardRightly(const char* symbol, bool thrown, int code) {
+  for (const char* own : {"M_abort(", "abort_set(", "SetAbortCallback("}) {
+    if (std::strncmp(symbol, own, std::strlen(own)) == 0) return true;
+  }
+  if (!thrown || code == 0) return heard_times == 0;
+  return heard_times == 1 && heard_code == code;
+}
+
 Outcome Misuse(std::uint64_t seed) {
   const Call& call = CallOf(seed);
   Outcome outcome;
   const unsigned first_consumed = FirstConsumed(call.symbol);
   const char* unexpected = nullptr;
   Arguments arguments(call.symbol, seed, Manner::kWild);
+  arguments.SetCallback(Hear);
+  heard_times = 0;
+  bool by_code = false;
   try {
     call.run(arguments);
   } catch (const MatrixException& e) {
+    by_code = true;
     outcome.thrown = true;
     outcome.code = e.code();
     if (!arguments.pending()) NoteCode(e.code());
@@ -51,7 +74,9 @@ Outcome Misuse(std::uint64_t seed) {
   } catch (...) {
     unexpected = "another exception";
   }
+  const bool heard_rightly = HeardRightly(call.symbol, by_code, outcome.code);
   outcome.wrong = arguments.Settle(first_consumed);
+  if (!heard_rightly) outcome.wrong = "the callback did not hear the code once";
   if (unexpected != nullptr) outcome.wrong = unexpected;
   const bool listed = outcome.code == 10680 || (arguments.pending() && outcome.code == Arguments::kPending) ||
                       Lists(call.symbol, outcome.code);
