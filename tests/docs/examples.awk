@@ -14,6 +14,13 @@
 # A block with `int main()` is a whole program. Lines with #include go to the top. Also reads what the filter of the
 # manual makes of a header (@code{.cpp} ... @endcode); see headers.given for the code around those examples.
 
+# Whether what the direction "needs" names is not there.
+function missing(direction) {
+  sub(/^<!-- example: needs /, "", direction)
+  sub(/ *-->.*/, "", direction)
+  return index(" " without " ", " " direction " ") > 0
+}
+
 function flush_block() {
   if (body != "") print "void " name "() {\n" body "}\n"
   body = ""
@@ -56,7 +63,15 @@ BEGIN {
 
 # First pass over the file: its includes.
 FNR == 1 {
-  while ((getline line < FILENAME) > 0) if (line ~ /^#include </ && !(line in included)) { included[line] = 1; print line }
+  left_out = 0
+  while ((getline line < FILENAME) > 0) {
+    if (line ~ /^<!-- example: needs /) left_out = missing(line)
+    else if (line ~ /^(```|@endcode)$/) left_out = 0
+    else if (line ~ /^#include </ && !left_out && !(line in included)) {
+      included[line] = 1
+      print line
+    }
+  }
   close(FILENAME)
   id = page
   gsub(/[^A-Za-z0-9]/, "_", id)
@@ -82,7 +97,7 @@ in_directive {
   else if (what == "file") file_scope = 1
   else if (what == "throws") throws = line
   else if (what == "compiled") only = 1
-  else if (what == "needs") skipped = index(" " without " ", " " line " ") > 0
+  else if (what == "needs") skipped = missing($0)
   else { print "#error " FILENAME ":" FNR ": unknown direction " what; exit 1 }
   in_directive = !ended
   next
