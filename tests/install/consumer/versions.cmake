@@ -1,0 +1,23 @@
+# cmake -P versions.cmake, with QUORVEL_CMAKE the folder of the installed package: which requests its version serves.
+function(serves version exact expected)
+  set(PACKAGE_FIND_VERSION "${version}")
+  string(REPLACE "." ";" parts "${version}")
+  list(GET parts 0 PACKAGE_FIND_VERSION_MAJOR)
+  set(PACKAGE_FIND_VERSION_EXACT "${exact}")
+  set(CMAKE_SIZEOF_VOID_P "") # a script has no compiler
+  include("${QUORVEL_CMAKE}/QuorvelConfigVersion.cmake")
+  if(PACKAGE_VERSION_COMPATIBLE AND NOT PACKAGE_VERSION_UNSUITABLE)
+    set(got yes)
+  else()
+    set(got no)
+  endif()
+  if(NOT got STREQUAL expected)
+    message(FATAL_ERROR "version ${PACKAGE_VERSION} for a request of ${version}: ${got}")
+  endif()
+endfunction()
+
+serves(1.0 FALSE yes)
+serves(1.0.0 FALSE yes)
+serves(1.99 FALSE no)
+serves(2.0 FALSE no)
+serves(0.9 FALSE no)
