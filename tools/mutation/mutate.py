@@ -2,7 +2,7 @@
 """Mutation test of the library: one token of its sources is changed at a time, and some test has to notice.
 
 usage: mutate.py [--build build/release] [--count 300 | --all] [--seed 1] [--jobs 1] [--again RESULTS] [--results FILE]
-                 [--minimum PERCENT] [FOLDER...]
+                 [--minimum PERCENT] [--work DIRECTORY] [FOLDER...]
 
 BUILD is a finished Ninja build with its tests. Changed are comparisons, signs, bounds, constants and logic in FOLDER...
 (src/ops src/sparse src/factor src/core). Only the translation units that see the change are compiled again, at -O1; the
@@ -14,10 +14,12 @@ library takes the place of the tests' one through LD_LIBRARY_PATH. A mutant is
   survived      every program passed; reasons of known ones are in explained.txt
 
 The score is killed / (killed + survived). --again runs those that survived in an earlier results file once more.
-Everything happens on copies in a temporary folder, so that the sources may change meanwhile.
+Everything happens on copies in a temporary folder, so that the sources may change meanwhile; --work names a folder
+that is kept, and saves compiling the unchanged library when it is used again.
 """
 import argparse
 import concurrent.futures
+import contextlib
 import filecmp
 import json
 import os
@@ -35,6 +37,8 @@ from pathlib import Path
 
 import mutants
 
+# Rooms that tell nothing which the others do not tell sooner: whole examples, other libraries, large data.
+LEFT_OUT = {"data", "gnss", "gnss_data", "lapack", "cxx20", "install", "layout", "harness"}
 KERNELS = ["portable", "sse2", "avx2"]  # beside the widest, which runs by itself
 
 
@@ -49,8 +53,12 @@ class Bench:
         self.build, self.work = build, work
         cache = (build / "CMakeCache.txt").read_text()
         self.root = Path(re.search(r"^CMAKE_HOME_DIRECTORY:\w+=(.*)$", cache, re.M).group(1))
-        for folder in ("src", "include"):
-            shutil.copytree(self.root / folder, work / "plain" / folder)
+        same = all(self.same(self.root / folder, work / "plain" / folder) for folder in ("src", "include"))
+        if not same:
+            for folder in ("plain", "base"):
+                shutil.rmtree(work / folder, ignore_errors=True)
+            for folder in ("src", "include"):
+                shutil.copytree(self.root / folder, work / "plain" / folder)
         self.units = {}  # source below the root -> command without output
         commands = json.loads(subprocess.run(["ninja", "-C", build, "-t", "compdb"], check=True, capture_output=True,
                                              text=True).stdout)
@@ -61,7 +69,7 @@ class Bench:
             self.units[source] = self.plain_command(entry["command"])
         self.sees = {}  # file below the root -> units that include it
         self.base = work / "base"
-        self.base.mkdir()
+        self.base.mkdir(exist_ok=True)
         with concurrent.futures.ThreadPoolExecutor(2) as pool:
             done = list(pool.map(self.compile_base, self.units))
         for source, output, seen in done:
@@ -70,6 +78,10 @@ class Bench:
             for file in seen:
                 self.sees.setdefault(file, []).append(source)
         self.copy_programs()
+
+    @staticmethod
+    def same(a, b):
+        return b.exists() and run(["diff", "-rq", str(a), str(b)]).returncode == 0
 
     @staticmethod
     def plain_command(command):
@@ -98,9 +110,10 @@ class Bench:
 
     def compile_base(self, source):
         output = self.base / self.object_name(source)
-        done = run(self.command(source, self.work / "plain", output) + ["-MMD", "-MF", str(output) + ".d"])
-        if done.returncode:
-            return source, done.stdout, []
+        if not output.exists():
+            done = run(self.command(source, self.work / "plain", output) + ["-MMD", "-MF", str(output) + ".d"])
+            if done.returncode:
+                return source, done.stdout, []
         words = Path(str(output) + ".d").read_text().replace("\\\n", " ").split()[1:]
         plain = str(self.work / "plain")
         return source, None, [os.path.relpath(w, plain) for w in words if w.startswith(plain)]
@@ -109,6 +122,7 @@ class Bench:
         tests = self.build / "tests"
         self.rooms = []
         programs = self.work / "programs"
+        shutil.rmtree(programs, ignore_errors=True)
         programs.mkdir()
         for program in sorted(tests.rglob("test_*")):
             if program.is_file() and os.access(program, os.X_OK):
@@ -119,7 +133,7 @@ class Bench:
         objects = sorted((tests / "CMakeFiles/test_internal.dir").rglob("*.o"))
         if objects and "internal" in self.rooms:
             folder = self.work / "internal"
-            folder.mkdir()
+            folder.mkdir(exist_ok=True)
             for file in objects + [tests / "libquorvel_test_support.a", self.build / "lib/libgtest.a"]:
                 shutil.copy2(file, folder)
             self.internal = [str(folder / o.name) for o in objects] + [str(folder / "libquorvel_test_support.a")]
@@ -130,6 +144,7 @@ class Worker:
     def __init__(self, bench, number):
         self.bench = bench
         self.tree = bench.work / f"w{number}"
+        shutil.rmtree(self.tree, ignore_errors=True)
         shutil.copytree(bench.work / "plain/src", self.tree / "src")
         self.lib = self.tree / "lib"
         self.lib.mkdir()
@@ -143,17 +158,18 @@ class Worker:
         files = [str(changed.get(s, self.bench.base / self.bench.object_name(s))) for s in self.bench.units]
         done = run(["c++", "-shared", "-Wl,-soname,libQuorvel.so.1", "-Wl,-Bsymbolic-functions", "-o",
                     str(self.lib / "libQuorvel.so.1")] + files)
-        if done.returncode:
-            return done.stdout
-        if self.bench.internal is not None:
-            done = run(["c++", "-rdynamic", "-o", str(self.lib / "test_internal")] + self.bench.internal + files +
-                       [self.bench.gtest, "-lpthread"])
-            if done.returncode:
-                return done.stdout
-        return None
+        self.files = files
+        (self.lib / "test_internal").unlink(missing_ok=True)
+        return done.stdout if done.returncode else None
 
-    def test(self, room, limit, kernels=None):
-        """Whether the room passes; `limit` in seconds of processor time."""
+    def link_internal(self):
+        run(["c++", "-rdynamic", "-o", str(self.lib / "test_internal")] + self.bench.internal + self.files +
+            [self.bench.gtest, "-lpthread"], check=True)
+
+    def test(self, room, limit, part="*", kernels=None, output=subprocess.DEVNULL):
+        """Whether the tests of the room pass; `limit` in seconds of processor time."""
+        if room == "internal" and not (self.lib / "test_internal").exists():
+            self.link_internal()
         program = self.lib / "test_internal" if room == "internal" else self.bench.work / "programs" / f"test_{room}"
 
         def limits():
@@ -168,12 +184,21 @@ class Worker:
         if kernels:
             environment["QUORVEL_KERNELS"] = kernels
         try:
-            done = subprocess.run([program, "--gtest_brief=1", "--gtest_fail_fast", "--gtest_catch_exceptions=1"],
-                                  stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            done = subprocess.run([program, "--gtest_fail_fast", "--gtest_catch_exceptions=1", "--gtest_filter=" + part],
+                                  stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL,
                                   cwd=self.temporary, env=environment, preexec_fn=limits, timeout=30 * limit + 60)
         except subprocess.TimeoutExpired:
             return False
         return done.returncode == 0
+
+    def times(self, room):
+        """Seconds of each test of the room, or None when it fails."""
+        with tempfile.TemporaryFile("w+") as output:
+            if not self.test(room, 300, output=output):
+                return None
+            output.seek(0)
+            return {name: int(ms) / 1000 for name, ms in
+                    re.findall(r"^\[       OK \] (\S+?),? .*?\((\d+) ms\)$", output.read(), re.M)}
 
     def judge(self, file, site, rooms):
         path = self.tree / file
@@ -195,13 +220,13 @@ class Worker:
                 return "equivalent", ""
             if self.link(changed) is not None:
                 return "not compiled", "linker"
-            for room, limit in rooms:
-                if not self.test(room, limit):
-                    return "killed", room
+            for name, room, limit, part in rooms:
+                if not self.test(room, limit, part):
+                    return "killed", name
             if "/kernels/" in file:
                 for kernels in KERNELS:
-                    for room, limit in rooms:
-                        if room in ("laws", "accuracy") and not self.test(room, 4 * limit, kernels):
+                    for room in ("laws", "accuracy"):
+                        if not self.test(room, 30, kernels=kernels):
                             return "killed", f"{room} on {kernels}"
             return "survived", ""
         finally:
@@ -228,13 +253,16 @@ def main():
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--again", type=Path)
     parser.add_argument("--results", type=Path)
+    parser.add_argument("--work", type=Path)
     parser.add_argument("--minimum", type=float, default=0.0)
     parser.add_argument("folders", nargs="*")
     options = parser.parse_args()
     folders = options.folders or ["src/ops", "src/sparse", "src/factor", "src/core"]
 
-    with tempfile.TemporaryDirectory(prefix="mutants.") as name:
-        bench = Bench(options.build.resolve(), Path(name))
+    with contextlib.ExitStack() as stack:
+        name = options.work or stack.enter_context(tempfile.TemporaryDirectory(prefix="mutants."))
+        Path(name).mkdir(parents=True, exist_ok=True)
+        bench = Bench(options.build.resolve(), Path(name).resolve())
         plain = bench.work / "plain"
         everything = []
         for folder in folders:
@@ -257,19 +285,20 @@ def main():
         trouble = workers[0].link({})
         if trouble is not None:
             sys.exit("the unchanged library does not link:\n" + trouble)
-        for worker in workers[1:]:
-            worker.link({})
-        timed = []
-        for room in bench.rooms:
-            before = resource.getrusage(resource.RUSAGE_CHILDREN)
-            if not workers[0].test(room, 300):
+        # Each room in two parts: all its quick tests, and its slow ones. What kills most in the least time comes first.
+        parts = {}
+        for room in sorted(set(bench.rooms) - LEFT_OUT):
+            times = workers[0].times(room)
+            if times is None:
                 print(f"room {room} fails with the unchanged library at -O1, and is left out", flush=True)
                 continue
-            after = resource.getrusage(resource.RUSAGE_CHILDREN)
-            seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
-            timed.append((seconds, room))
-        rooms = [(room, 3 * seconds + 3) for seconds, room in sorted(timed)]
-        print("rooms: " + ", ".join(f"{room} {seconds:.1f} s" for seconds, room in sorted(timed)), flush=True)
+            slow = {name: t for name, t in times.items() if t >= 0.05 and len(times) > 1}
+            names = ":".join(sorted(slow))
+            parts[room, "quick"] = [f"-{names}", sum(times.values()) - sum(slow.values()) + 0.02, 2.0]
+            if slow:
+                parts[room, "slow"] = [names, sum(slow.values()) + 0.02, 1.0]
+        print("parts: " + ", ".join(f"{room} ({which}) {part[1]:.1f} s" for (room, which), part in parts.items()),
+              flush=True)
 
         reasons = explained_reasons()
         counts = {"killed": 0, "survived": 0, "equivalent": 0, "not compiled": 0}
@@ -283,7 +312,13 @@ def main():
             with lock:
                 worker = free.pop()
             started = time.time()
+            order = sorted(parts, key=lambda p: parts[p][1] / parts[p][2])
+            rooms = [(" ".join(p), p[0], 3 * parts[p][1] + 3, parts[p][0]) for p in order]
             verdict, by = worker.judge(mutant[0], mutant[1], rooms)
+            if verdict == "killed":
+                for part in parts:
+                    if by == " ".join(part):
+                        parts[part][2] += 1.0
             where, text, change = place(mutant, plain)
             reason = reasons.get((mutant[0], text, change))
             with lock:
