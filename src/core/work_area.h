@@ -28,7 +28,13 @@ class WorkArea {
   alignas(64) double stack_[OnStack];
 };
 
-/// The same for indices.
+/// The first place at or behind p on a boundary of 64 bytes, at most 7 doubles further on.
+inline double* OnBoundary(double* p) noexcept {
+  const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(p) % 64;
+  return beyond == 0 ? p : p + (64 - beyond) / sizeof(double);
+}
+
+/// Uninitialised indices, likewise.
 template <std::size_t OnStack>
 class IndexArea {
  public:

@@ -6,7 +6,7 @@
 #include "core/work_area.h"
 #include "factor/axpy.h"
 #include "factor/householder.h"
-#include "factor/reflections.h"
+#include "factor/strips.h"
 #include "quorvel/RegularMatrix.h"
 #include "quorvel/UpperTriangularMatrix.h"
 
@@ -14,10 +14,7 @@ namespace quorvel::detail {
 void TriangulariseMatrix(RegularMatrix& A) {
   const index_t m = A.nrows();
   const index_t n = A.ncols();
-  if (n != 0) {
-    ReflectionScratch scratch(m, n);
-    Triangularise(A.data(), m, n, scratch.work(), [](index_t, Reflection) noexcept {});
-  }
+  if (n != 0) Triangularise(A.data(), m, n);
   A.SetSize(n, n, false);  // the first n rows stay where they are
 }
 

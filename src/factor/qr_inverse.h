@@ -2,21 +2,25 @@
 #ifndef QUORVEL_FACTOR_QR_INVERSE_H
 #define QUORVEL_FACTOR_QR_INVERSE_H
 
-#include "factor/reflections.h"
-#include "factor/tri_inverse.h"
+#include "core/work_area.h"
+#include "factor/strips.h"
+#include "quorvel/Matrix.h"
 
 namespace quorvel::detail {
 
-/// Doubles of scratch of an inverse of order n, the reflections' own apart: V and R, packed.
-constexpr std::uint64_t qr_inverse_scratch(std::uint64_t n) noexcept { return 2 * packed_count(n); }
+/// Doubles of scratch of an inverse of order n: a strip, and the vectors and R, packed.
+constexpr std::uint64_t qr_inverse_scratch(std::uint64_t n) noexcept {
+  return strip_scratch(n, n) + 2 * packed_count(n);
+}
 
 /// Scratch of an inverse; small orders find it on the stack.
 class QrInverseScratch {
  public:
-  explicit QrInverseScratch(index_t n) : triangles(qr_inverse_scratch(n)), reflections(n, n), panel(n) {}
-  WorkArea<qr_inverse_scratch(small_order)> triangles;
-  ReflectionScratch reflections;
-  PanelScratch panel;
+  explicit QrInverseScratch(index_t n) : doubles_(qr_inverse_scratch(n)) {}
+  double* data() noexcept { return doubles_.data(); }
+
+ private:
+  WorkArea<qr_inverse_scratch(small_order)> doubles_;
 };
 
 /// Replaces `a` (n x n) by its inverse and returns the number of singular pivots of R.

@@ -1,4 +1,5 @@
-// Triangularisation by Householder reflections, column after column, of a row-major m x n array, m >= n.
+// Triangularisation by Householder reflections, column after column, of an m x n array, m >= n: dense ones go through
+// the strips of factor/strips.h, sparse ones through the lanes below.
 //
 // Column j with a non-zero part below the diagonal is reflected onto +|x| e1 by I - beta*v*v', v(j) = 1:
 //
@@ -19,36 +20,18 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
 #include "core/storage.h"
-#include "core/work_area.h"
 #include "factor/axpy.h"
 
 namespace quorvel::detail {
 
-/// Scratch of Triangularise.
+/// Scratch of a reflection.
 struct ReflectionWork {
   double* lengths;  // n
-  double* sums;     // n
+  double* sums;     // as many as lanes
   double* vector;   // m: v(i) at i, its non-zero elements only
   index_t* rows;    // m: where v is non-zero, increasing
-};
-
-/// Scratch of the reflections of an m x n array; it serves small ones from the stack.
-class ReflectionScratch {
- public:
-  ReflectionScratch(index_t m, index_t n) : doubles_(2 * std::uint64_t{n} + m), rows_(m), n_(n) {}
-
-  ReflectionWork work() noexcept {
-    double* const d = doubles_.data();
-    return {d, d + n_, d + 2 * std::size_t{n_}, rows_.data()};
-  }
-
- private:
-  WorkArea<3 * small_order> doubles_;
-  IndexArea<small_order> rows_;
-  index_t n_;
 };
 
 /// The reflection of one column: the non-zero elements below the diagonal are vector[rows[0 .. count - 1]]. There may be
@@ -82,11 +65,6 @@ inline Reflection ReflectionOfColumn(const double* column, std::size_t stride, i
   return {true, beta, count};
 }
 
-/// Finds the reflection of column j.
-inline Reflection ReflectionOf(const double* a, index_t m, index_t n, index_t j, ReflectionWork work) noexcept {
-  return ReflectionOfColumn(a + j, n, m, j, work);
-}
-
 /// Applies the reflection with pivot row j to `count` columns side by side, whose rows are `stride` doubles apart.
 inline void ReflectLanes(double* lanes, std::size_t stride, index_t count, index_t j, Reflection h,
                          ReflectionWork work) noexcept {
@@ -115,34 +93,9 @@ inline void ReflectLanes(double* lanes, std::size_t stride, index_t count, index
   }
 }
 
-/// Applies the reflection to columns first .. n - 1; j is its own row.
-inline void Reflect(double* a, index_t n, index_t j, index_t first, Reflection h, ReflectionWork work) noexcept {
-  ReflectLanes(a + first, n, n - first, j, h, work);
-}
-
 /// A diagonal element that is small next to the squared length which its column had before the reflections becomes 0.0.
 inline void ClearDependent(double& d, double length) noexcept {
   if (d * d < length * 1e-22) d = 0.0;
-}
-
-/// Reduces the array to R in its first n rows, zeros below the diagonal included. keep(j, h) is called for each
-/// reflection h while its vector is in the scratch.
-template <class Keep>
-void Triangularise(double* a, index_t m, index_t n, ReflectionWork work, Keep keep) {
-  const auto row = [=](index_t i) noexcept { return a + static_cast<std::size_t>(i) * n; };
-  FillDoubles(work.lengths, 0.0, n);
-  for (index_t i = 0; i < m; ++i) {
-    for (index_t c = 0; c < n; ++c) work.lengths[c] += row(i)[c] * row(i)[c];
-  }
-  for (index_t j = 0; j < n; ++j) {
-    const Reflection h = ReflectionOf(a, m, n, j, work);
-    if (h.made) {
-      keep(j, h);
-      Reflect(a, n, j, j, h, work);
-    }
-    ClearDependent(row(j)[j], work.lengths[j]);
-  }
-  for (index_t i = 1; i < n; ++i) FillDoubles(row(i), 0.0, i);
 }
 
 }  // namespace quorvel::detail

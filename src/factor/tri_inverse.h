@@ -51,11 +51,11 @@ inline Matrix::nsing_type InvertDiagonal(double* t, index_t n) noexcept {
 /// Scratch of a triangular inverse: one panel, on the stack up to order 128.
 class PanelScratch {
  public:
-  explicit PanelScratch(index_t n) : panel_(std::uint64_t{n} * kernels().panel_columns) {}
-  double* data() noexcept { return panel_.data(); }
+  explicit PanelScratch(index_t n) : panel_(7 + std::uint64_t{n} * widest_panel) {}
+  double* data() noexcept { return OnBoundary(panel_.data()); }
 
  private:
-  WorkArea<128 * small_order> panel_;
+  WorkArea<7 + 128 * widest_panel> panel_;
 };
 
 /// Replaces a packed triangle with inverted diagonal by its inverse. each(first, count) is called for every panel of

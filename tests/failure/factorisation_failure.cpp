@@ -192,8 +192,8 @@ TEST(FactorisationMemory, UDUpdates) {
 }
 
 TEST(FactorisationMemory, Householder) {
-  for (const unsigned m : {5u, 24u, 25u, 80u}) {
-    const unsigned scratch = (2 * 4 + m > 72 ? 1 : 0) + (m > 24 ? 1 : 0);
+  for (const unsigned m : {5u, 24u, 25u, 80u, 200u}) {
+    const unsigned scratch = m > 80 ? 1 : 0;
     const Grid a = Definite(m);
     Grid tall(m, 4);
     for (unsigned i = 0; i < m; ++i) {

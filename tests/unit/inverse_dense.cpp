@@ -336,8 +336,8 @@ TEST(InverseMemory, SmallOrdersNeedNoScratch) {
     Allocates<DiagonalMatrix>(n, 0);
   }
   Allocates<UpperTriangularMatrix>(100, 0);
-  Allocates<RegularMatrix>(25, 3);
-  Allocates<SymmetricMatrix>(25, 4);
+  Allocates<RegularMatrix>(25, 1);
+  Allocates<SymmetricMatrix>(25, 2);
 }
 
 template <class K>

@@ -53,6 +53,8 @@ struct Extent {
   kernel_index depth;
 };
 
+inline constexpr kernel_index widest_panel = 24;
+
 /// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
 inline constexpr kernel_index most_columns = 9;
 struct CholeskyPanel {
@@ -64,6 +66,14 @@ struct CholeskyPanel {
   bool cleared[most_columns];  // the elements of A count as 0.0
   double scale[most_columns];
   double square[most_columns][most_columns];  // [c][r]: of row first + r and column first + c
+};
+
+/// Householder reflections I - beta * v * v', v(j) = 1: line j holds beta at [j] and v(i) at [i], i > j.
+enum class ReflectionKind : unsigned char { none, single, some, full };  // how many of the v(i) are not 0.0; single: no one
+struct Reflectors {
+  double* first;
+  kernel_offset stride, shrink;
+  ReflectionKind* kind;
 };
 
 struct Kernels {
@@ -98,7 +108,7 @@ struct Kernels {
   /// L(i, j) = (A(i, j) - sum over k = 0 .. j - 1 of L(i, k) * L(j, k)) * or / scale(j - first).
   void (*cholesky_rows)(const CholeskyPanel& panel);
 
-  /// Columns of a panel of an inverse, and doubles in a line of its array x.
+  /// Columns of a panel of an inverse, and doubles in a line of its array x: widest_panel at most.
   kernel_index panel_columns;
 
   /// Columns first .. first + count - 1 of the inverse X of a packed lower triangle with reciprocals on its diagonal:
@@ -112,6 +122,28 @@ struct Kernels {
   /// `packed` holds the columns of X before these.
   void (*square_columns)(double* s, const double* packed, kernel_index order, kernel_index first, kernel_index count,
                          const double* x);
+
+  // Strips: up to panel_columns columns of a matrix side by side, row i in line i of panel_columns doubles.
+
+  /// Copies columns into a strip; lengths: the squared length of each.
+  void (*load_strip)(double* strip, const double* from, kernel_offset stride, kernel_index rows, kernel_index cols,
+                     double* lengths);
+
+  /// Applies reflections begin .. end - 1 to a strip, in this order.
+  void (*reflect)(double* strip, kernel_index rows, kernel_index cols, const Reflectors& h, kernel_index begin,
+                  kernel_index end);
+
+  /// The same for end - 1 down to 0. A reflection without v takes off a(j, c) * beta, be it zero or not.
+  void (*reflect_back)(double* strip, kernel_index rows, kernel_index cols, const Reflectors& h, kernel_index end);
+
+  /// Finds and applies the reflections of columns first .. of a matrix, which the ones before have been applied to. A
+  /// diagonal element whose square is less than 1e-22 of its column's length becomes 0.0. Below it remains are left.
+  void (*find_reflectors)(double* strip, kernel_index rows, kernel_index cols, kernel_index first, const Reflectors& h,
+                          const double* lengths);
+
+  /// Copies what lies on and above the diagonal, the strip's columns being first ..; line 0 of `to` begins with column 0.
+  void (*store_upper)(double* to, kernel_offset stride, kernel_offset shrink, kernel_index first, kernel_index cols,
+                      const double* strip);
 };
 
 /// The instance for this processor, chosen at the first call.
