@@ -5,6 +5,10 @@
 #include "quorvel/Matrix.h"
 
 /// Elements are read zero off the diagonal; writing there throws 60090.
+///
+///   DiagonalMatrix W(3);
+///   W = 1.0;          // the unit matrix: only the diagonal is stored
+///   W(2, 2) = 0.25;
 class QUORVEL_API DiagonalMatrix : public SquareMatrix {
  public:
   /// Order 0, no array; the singularity count is -1.

@@ -5,6 +5,10 @@
 #include "quorvel/Matrix.h"
 
 /// Elements are read zero above the diagonal; writing there throws 60021.
+///
+///   LowerTriangularMatrix L(2);
+///   L(1, 0) = 2.0;
+///   double above = L(0, 1);   // 0.0
 class QUORVEL_API LowerTriangularMatrix : public TriMatrix {
  public:
   /// Order 0, no array; the singularity count is -1.

@@ -55,7 +55,11 @@ QUORVEL_API int ErrorState();
 QUORVEL_API void abort_reset();
 
 /// Makes `code` pending, or replaces it by the code that already is (the first failure wins), then calls the callback.
-/// A code of 0 does nothing at all.
+/// A code of 0 does nothing at all. With it a function of yours reports an error in the library's way:
+///
+///   int code = 40000 + 7000;
+///   abort_set(code);
+///   throw MatrixException(code);
 QUORVEL_API void abort_set(int& code);
 
 /// Throws code + 10000 (through abort_set) when p is null.
@@ -149,6 +153,8 @@ class QUORVEL_API Matrix {
 
   /// Writes a header (when asked for), the elements as "%*.*f%c" (fixed) or "%*.*e%c", and an empty line. Note the
   /// order: precision before width. Throws 50870 when not ok; consumes a dispensable matrix.
+  ///
+  ///   (A + B).Print(stdout, true, false, 2, 6);   // "  4.00   1.00" and so on
   void Print(std::FILE* file, bool fixed, bool header, int precision, int width) const;
 
   /// Checks, to be used by functions of your own. Each throws the pending code when there is one, else code + offset

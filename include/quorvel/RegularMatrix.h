@@ -5,6 +5,11 @@
 #include "quorvel/Matrix.h"
 
 /// Element (i, j), counted from 0, is data()[i * n + j].
+///
+///   RegularMatrix A(2, 3);               // zeros
+///   A(0, 2) = 1.5;
+///   A.InsertRows(2, 1);                  // a zero row behind the others
+///   RegularMatrix block(A(0, 1, 1, 2));  // rows 0..1, columns 1..2: [0 1.5; 0 0]
 class QUORVEL_API RegularMatrix : public SingleArrayMatrix {
  public:
   /// 0 x 0, no array; the singularity count is -1.

@@ -5,6 +5,11 @@
 #include "quorvel/SparseMatrix.h"
 
 /// Elements, line operations and memory: see SparseMatrix.
+///
+///   RegularSparseMatrix A(3, 2);
+///   A(0, 1) = 2.0;
+///   A(2, 0) = -1.0;
+///   SymmetricMatrix N(ATA(A));   // [1 0; 0 4]
 class QUORVEL_API RegularSparseMatrix : public SparseMatrix {
  public:
   /// 0 x 0, no pool; the singularity count is -1.

@@ -5,6 +5,10 @@
 #include "quorvel/Matrix.h"
 
 /// Elements are read mirrored: (i, j) and (j, i) are one double.
+///
+///   SymmetricMatrix P(2);
+///   P(1, 0) = 0.5;               // P(0, 1) as well
+///   P.InsertRowsAndCols(2, 3);   // three more states, without covariance to the others
 class QUORVEL_API SymmetricMatrix : public TriMatrix {
  public:
   /// Order 0, no array; the singularity count is -1.

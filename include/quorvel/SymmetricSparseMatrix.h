@@ -7,6 +7,10 @@
 
 /// Elements are read and written mirrored: (i, j) and (j, i) are one element. Line operations and memory: see
 /// SparseMatrix.
+///
+///   SymmetricSparseMatrix N(1000);
+///   N(7, 3) = -1.0;              // stored once, at (3, 7)
+///   double element = N(3, 7);    // -1.0
 class QUORVEL_API SymmetricSparseMatrix : public SparseMatrix {
  public:
   /// 0 x 0, no pool; the singularity count is -1.

@@ -5,6 +5,10 @@
 #include "quorvel/Matrix.h"
 
 /// Elements are read zero below the diagonal; writing there throws 60021.
+///
+///   UpperTriangularMatrix U(2);
+///   U(0, 1) = 2.0;
+///   double below = U(1, 0);   // 0.0
 class QUORVEL_API UpperTriangularMatrix : public TriMatrix {
  public:
   /// Order 0, no array; the singularity count is -1.

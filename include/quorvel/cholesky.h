@@ -48,6 +48,9 @@
 /// The plain root A = U*U' (not U'*U) with U upper triangular, built from the last row upwards, as square-root
 /// covariance filters need it. [4 2; 2 2] gives [sqrt(2) sqrt(2); 0 sqrt(2)].
 ///
+///   UpperTriangularMatrix U(CholeskySquareRootUpper(A));
+///   SymmetricMatrix back(sym(U * transpose(U)));           // A, up to rounding
+///
 /// Codes, singular cases and cost as the lower root. Exact order: S = sum of U(r, k)*U(c, k), k = c+1 .. n-1 increasing
 /// from 0.0; U(r, c) = (A(r, c) - S)/U(c, c), U(r, r) = sqrt(A(r, r) - S).
 [[nodiscard]] QUORVEL_API UpperTriangularMatrix& CholeskySquareRootUpper(const SymmetricMatrix& A);

@@ -55,7 +55,9 @@ QUORVEL_API RegularSparseMatrix& HouseholderTransformation(RegularSparseMatrix& 
 QUORVEL_API void Householder_Reduction(unsigned m, UpperTriangularMatrix& R, RegularMatrix& zR, RegularMatrix& A,
                                        RegularMatrix& zA);
 
-/// v = U*v in place, v a column vector.
+/// v = U*v in place, v a column vector: x = Phi*x of the kinematic models without an allocation.
+///
+///   VecEqMatrixTimesSelf(v, U);
 ///
 /// Throws 50000 (v or U not ok), 40000 (v is not one column, or its rows are not U's order). A dispensable U is
 /// consumed; v never, except that a failed check destroys both. No allocation. Exact order: v(i)*U(i, i), then
@@ -67,6 +69,8 @@ QUORVEL_API void VecEqMatrixTimesSelf(RegularMatrix& v, const UpperTriangularMat
 ///
 /// Throws 50000 (x or y not ok), 40000 (not one column each, or different rows), 10680. Dispensable operands are
 /// consumed. The singularity count is -1.
+///
+///   RegularMatrix product(MOutPrd(v, w));   // product(i, j) == v(i)*w(j)
 [[nodiscard]] QUORVEL_API RegularMatrix& MOutPrd(RegularMatrix& x, RegularMatrix& y);
 [[nodiscard]] QUORVEL_API RegularMatrix& MOutPrd(const RegularMatrix& x, const RegularMatrix& y);
 

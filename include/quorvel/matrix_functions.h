@@ -43,6 +43,9 @@ QUORVEL_API RegularMatrix& transpose(const RegularMatrix& A, RegularMatrix* out 
 
 /// The symmetric matrix that has A's upper triangle. Nothing is averaged: A's lower triangle is not read (for a mean
 /// write 0.5 * (A + Aᵀ) first). The singularity count is A's. Throws 50420 (not ok), 40420 (not square).
+///
+///     SymmetricMatrix S(sym(A));                            // [1 2 3; 2 5 6; 3 6 9] of [1 2 3; 4 5 6; 7 8 9]
+///     SymmetricMatrix mean(sym(0.5 * (A + transpose(A))));   // [1 3 5; 3 5 7; 5 7 9]
 [[nodiscard]] QUORVEL_API SymmetricMatrix& sym(const RegularMatrix& A);
 /// The same of a sparse matrix; stored zeros are left out, and the singularity count is -1. Throws 50422 (not ok),
 /// 40422 (not square).

@@ -50,6 +50,8 @@
 
 /// ABT(A, B) = A B', rows(A) x rows(B): (i, j) = sum over k of A(i, k) * B(j, k). Throws 40320 when the column counts
 /// differ, 50320.
+///
+///     RegularMatrix PHt(ABT(P, H));   // covariance of the state with the measurements
 [[nodiscard]] QUORVEL_API RegularMatrix& ABT(const RegularMatrix& A, const RegularMatrix& B);
 [[nodiscard]] QUORVEL_API RegularMatrix& ABT(const SymmetricMatrix& A, const RegularMatrix& B);
 [[nodiscard]] QUORVEL_API RegularMatrix& ABT(const DiagonalMatrix& A, const RegularMatrix& B);
@@ -88,6 +90,8 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 /// UTU(U) = U' U of an upper triangular U (this is not U U'): (i, j) = sum over k <= min(i, j) of U(k, i) * U(k, j).
 /// Elements of a sparse operand below the diagonal do not enter. Throws 50320; a sparse operand that is not square
 /// 40320.
+///
+///     SymmetricMatrix information(UTU(R));   // of a square-root information filter
 ///
 /// UTU does not give a matrix back from its CholeskySquareRootUpper, which is a root A = U U': that takes U * transpose(U).
 [[nodiscard]] QUORVEL_API SymmetricMatrix& UTU(const UpperTriangularMatrix& U);

@@ -95,6 +95,9 @@ QUORVEL_API void UDTimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const
 // Rank-one updates. Singularity counts stay; no allocation. Each element gets one product and one addition.
 
 /// P += a*v*v' with n values v. Throws 50400 (P not ok).
+///
+///   const double v[] = {1, 2};
+///   RankOneUpdate(P, v, 0.5);   // P += [0.5 1; 1 2]
 QUORVEL_API void RankOneUpdate(SymmetricMatrix& P, const double* v, double a);
 
 /// A += a*x*y' with vectors x, y (row or column) of as many values as A has rows and columns. The symmetric update is

@@ -135,9 +135,11 @@ function read_given(    line, part) {
       if (line == "== " page) part = "given"
       if (line == "== " page " " example " after") part = "after"
       if (line == "== " page " " example " prints") part = "prints"
+      if (line == "== " page " " example " throws") part = "throws"
     }
     else if (part == "given") given = given line "\n"
     else if (part == "after") after = after line "\n"
+    else if (part == "throws") throws = line
     else if (part == "prints") printed = printed line "\n"
   }
   close(header_given)
