@@ -94,6 +94,17 @@ TEST(Products, LongSums) {
   Expect(c * l, MaskedProduct(MaskedOf(c), MaskedOf(l)), "13 x 300 times lower");
 }
 
+// Triangular results beside packed panels, in more than one block of terms.
+TEST(Products, LargeTriangles) {
+  Random random(7);
+  const UpperTriangularMatrix u = Sample<UpperTriangularMatrix>(259, 259, Pattern::kUniform, random);
+  const UpperTriangularMatrix u2 = Sample<UpperTriangularMatrix>(259, 259, Pattern::kUniform, random);
+  Expect(u * u2, MaskedProduct(MaskedOf(u), MaskedOf(u2)), "upper times upper, 259");
+  const LowerTriangularMatrix l = Sample<LowerTriangularMatrix>(259, 259, Pattern::kUniform, random);
+  const LowerTriangularMatrix l2 = Sample<LowerTriangularMatrix>(259, 259, Pattern::kUniform, random);
+  Expect(l * l2, MaskedProduct(MaskedOf(l), MaskedOf(l2)), "lower times lower, 259");
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 
 // A sparse copy starts with an unknown count.

@@ -167,6 +167,15 @@ TEST(StructuredLarge, SeveralStrips) {
   EXPECT_TRUE(SameBits(norm, NormOf(MaskedOf(at), MaskedOf(q))));
 }
 
+// Triangular factors beside packed panels, in more than one block of terms.
+TEST(StructuredLarge, Triangles) {
+  Random random(25);
+  const UpperTriangularMatrix u = Sample<UpperTriangularMatrix>(261, 261, Pattern::kUniform, random);
+  Expect(UTU(u), MaskedUpper(MaskedProduct(MaskedTranspose(MaskedOf(u)), MaskedOf(u))), "UTU 261");
+  const LowerTriangularMatrix l = Sample<LowerTriangularMatrix>(261, 261, Pattern::kUniform, random);
+  Expect(LTL(l), MaskedUpper(MaskedProduct(MaskedTranspose(MaskedOf(l)), MaskedOf(l))), "LTL 261");
+}
+
 // One dispensable object as both operands.
 TEST(StructuredAliases, OneObjectTwice) {
   Random random(24);
