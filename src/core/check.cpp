@@ -1,6 +1,7 @@
 // The operand checks. All share one protocol: the pending code comes first, then the conditions in their order; a value
 // of 0 is no failure; dispensable operands are destroyed before the throw.
 #include "core/ownership.h"
+#include "core/pending.h"
 
 namespace {
 
@@ -11,7 +12,7 @@ namespace offset = quorvel::detail::offset;
 constexpr int passed = 0;
 
 bool failed(int code, int found, int& value) {
-  value = GetErrorCode();
+  value = quorvel::detail::pending_code;
   if (value != 0) return true;
   if (found == passed) return false;
   value = code + found;

@@ -1,15 +1,19 @@
 // The pending code, the abort callback, and the ways to throw.
 #include "core/invariant.h"
 #include "core/ownership.h"
+#include "core/pending.h"
 
 #include <cstdio>
 #include <cstdlib>
 
 #include <errno.h>  // program_invocation_short_name
 
+int quorvel::detail::pending_code = 0;
+
+using quorvel::detail::pending_code;
+
 namespace {
 
-int pending_code = 0;
 void (*abort_callback)(int) = nullptr;
 
 }  // namespace

@@ -22,12 +22,7 @@ Matrix& Matrix::operator=(Matrix&& source) noexcept {
   return *this;
 }
 
-void Matrix::SwapState(Matrix& other) noexcept {
-  std::swap(nsing_, other.nsing_);
-  const bool mine = ok();
-  set_ok(other.ok());
-  other.set_ok(mine);
-}
+void Matrix::SwapState(Matrix& other) noexcept { quorvel::detail::Access::swap_state(*this, other); }
 
 Matrix::size_type Matrix::nrows() const {
   size_type rows, cols;

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "core/codes.h"
+#include "core/fits.h"
 #include "core/kinds.h"
 
 namespace quorvel::detail {
@@ -70,7 +71,7 @@ class NewResult {
 
   /// Marks the result dispensable and gives it to the caller.
   [[nodiscard]] K& hand_over() noexcept {
-    result_->set_dispensable(true);
+    Access::mark_dispensable(*result_);
     return *std::exchange(result_, nullptr);
   }
 
@@ -88,33 +89,6 @@ class NewResult {
 
   K* result_;
 };
-
-/// Assignment from the same kind: nothing for the same object; a dispensable source gives its storage and dies.
-template <class K>
-K& AssignSameKind(K& target, K& source) {
-  if (&target == &source) return target;
-  target.ThrowEquals(code::assign, source);
-  if (source.dispensable()) {
-    target.Swap(source);
-    source.DestroyIfDispensable();
-  } else {
-    target.Copy(source, false);
-  }
-  return target;
-}
-
-/// Unary minus: in place for a dispensable operand, else a new negated copy.
-template <class K>
-K& Negated(K& a) {
-  a.ThrowNotOk(code::negate);
-  if (a.dispensable()) {
-    a.Negate();
-    return a;
-  }
-  NewResult<K> result;
-  result->Copy(a, true);
-  return result.hand_over();
-}
 
 /// A const operand stands for one that may be consumed: only a dispensable object is ever changed through it.
 template <class K>

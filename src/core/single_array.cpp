@@ -10,9 +10,10 @@
 #include <utility>
 
 #include "core/ownership.h"
+#include "ops/kernels/kernels.h"
 
-// Intermediate results are doubles, nothing wider: the library gives the same bits everywhere.
-static_assert(FLT_EVAL_METHOD == 0);
+// Intermediate results are doubles, nothing wider: the library gives the same bits everywhere. All bits zero is +0.0.
+static_assert(FLT_EVAL_METHOD == 0 && std::numeric_limits<double>::is_iec559);
 
 namespace quorvel::detail {
 
@@ -40,10 +41,20 @@ void FillDoubles(double* to, double value, std::uint64_t count) noexcept {
   for (std::uint64_t k = 0; k < count; ++k) to[k] = value;
 }
 
-void Access::swap_storage(SquareMatrix& a, SquareMatrix& b) noexcept {
-  std::swap(a.array_, b.array_);
-  std::swap(a.capacity_, b.capacity_);
-  std::swap(a.n_, b.n_);
+void ClearDoubles(double* to, std::uint64_t count) noexcept {
+  if (count != 0) std::memset(to, 0, static_cast<std::size_t>(count) * sizeof(double));
+}
+
+void ScaleDoubles(double* to, double s, const double* from, index_t count) noexcept {
+  if (s == 0.0) {
+    ClearDoubles(to, count);
+  } else if (s == -1.0) {
+    kernels().negate(to, from, count);
+  } else if (s != 1.0) {
+    kernels().scale(to, s, from, count);
+  } else if (to != from) {
+    CopyDoubles(to, from, count);
+  }
 }
 
 }  // namespace quorvel::detail
@@ -51,6 +62,7 @@ void Access::swap_storage(SquareMatrix& a, SquareMatrix& b) noexcept {
 using quorvel::detail::CopyDoubles;
 using quorvel::detail::FillDoubles;
 using quorvel::detail::NewDoubles;
+using quorvel::detail::ScaleDoubles;
 
 SingleArrayMatrix::SingleArrayMatrix(SingleArrayMatrix&& source) noexcept
     : Matrix(std::move(source)),
@@ -70,8 +82,7 @@ SingleArrayMatrix::~SingleArrayMatrix() { delete[] array_; }
 
 void SingleArrayMatrix::SwapArray(SingleArrayMatrix& other) noexcept {
   SwapState(other);
-  std::swap(array_, other.array_);
-  std::swap(capacity_, other.capacity_);
+  quorvel::detail::Access::swap_array(*this, other);
 }
 
 std::size_t SingleArrayMatrix::HeapReserved() const { return std::size_t{8} * capacity_; }
@@ -83,7 +94,7 @@ void SingleArrayMatrix::AllocateMemory(size_type count, bool zero) {
   delete[] array_;
   array_ = fresh;
   capacity_ = count;
-  if (zero) FillDoubles(array_, 0.0, count);
+  if (zero) quorvel::detail::ClearDoubles(array_, count);
 }
 
 void SingleArrayMatrix::Reserve(size_type rows, size_type cols) {
@@ -92,7 +103,7 @@ void SingleArrayMatrix::Reserve(size_type rows, size_type cols) {
   double* fresh = NewDoubles(needed);
   const size_type kept = StoredCount();
   CopyDoubles(fresh, array_, kept);
-  FillDoubles(fresh + kept, 0.0, needed - kept);
+  quorvel::detail::ClearDoubles(fresh + kept, needed - kept);
   delete[] array_;
   array_ = fresh;
   capacity_ = needed;
@@ -135,22 +146,10 @@ void SingleArrayMatrix::Mult(const SingleArrayMatrix& source, double s) {
     SetSize(rows, cols, false);
   }
   const size_type count = StoredCount();
-  const double* from = source.array_;
-  if (s == 0.0) {
-    FillDoubles(array_, 0.0, count);
-  } else if (s == -1.0) {
-    for (size_type k = 0; k < count; ++k) array_[k] = -from[k];
-  } else if (s == 1.0) {
-    if (this != &source) CopyDoubles(array_, from, count);
-  } else {
-    for (size_type k = 0; k < count; ++k) array_[k] = s * from[k];
-  }
+  ScaleDoubles(array_, s, source.array_, count);
 }
 
-void SingleArrayMatrix::Negate() {
-  const size_type count = StoredCount();
-  for (size_type k = 0; k < count; ++k) array_[k] = -array_[k];
-}
+void SingleArrayMatrix::Negate() { quorvel::detail::kernels().negate(array_, array_, StoredCount()); }
 
 void SingleArrayMatrix::SetRandom(double lo, double hi) {
   const double step = (hi - lo) / 2147483647.0;

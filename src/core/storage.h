@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "core/packed.h"
+
 namespace quorvel::detail {
 
 /// One array holds fewer doubles than this; a request for more is a bad array length on every machine.
@@ -24,6 +26,10 @@ void RequireSize(std::uint64_t a, std::uint64_t b);
 void CopyDoubles(double* to, const double* from, std::uint64_t count) noexcept;   // no overlap
 void MoveDoubles(double* to, const double* from, std::uint64_t count) noexcept;   // overlap allowed
 void FillDoubles(double* to, double value, std::uint64_t count) noexcept;
+void ClearDoubles(double* to, std::uint64_t count) noexcept;                      // +0.0
+
+/// to[k] = s * from[k], the arrays being one or apart: +0.0 everywhere for s = 0, negated for -1, a copy for 1.
+void ScaleDoubles(double* to, double s, const double* from, index_t count) noexcept;
 
 }  // namespace quorvel::detail
 

@@ -7,8 +7,9 @@
 #include <type_traits>
 
 #include "core/ownership.h"
-#include "core/storage.h"
-#include "dense/rules.h"
+#include "core/sizing.h"
+#include "dense/read_line.h"
+#include "ops/views.h"
 
 namespace quorvel::detail {
 
@@ -39,12 +40,18 @@ void RequireBlock(const Matrix& a, Bounds rows, Bounds cols) {
 }
 
 /// Fills a target of the right size with the elements of `a` from (row, col) on.
+inline void ReadBlock(const RegularMatrix& a, index_t row, index_t col, RegularMatrix& target) noexcept {
+  const Factor whole = FactorOf(a);
+  const Factor from{whole.first + static_cast<kernel_offset>(row) * whole.stride + col, whole.stride, 0, whole.form,
+                    whole.shape};
+  if (target.ncols() != 0) kernels().copy_lines(TargetOf(target), from, target.nrows(), target.ncols());
+}
 template <class K>
 void ReadBlock(const K& a, index_t row, index_t col, RegularMatrix& target) noexcept {
   const Rule<K> from(a);
-  const Rule<RegularMatrix> to(target);
-  for (index_t i = 0; i < to.rows(); ++i) {
-    for (index_t j = 0; j < to.cols(); ++j) to.store(i, j) = from.at(row + i, col + j);
+  double* to = target.data();
+  for (index_t i = 0; i < target.nrows(); ++i, to += target.ncols()) {
+    ReadLine(to, from, row + i, {col, col + target.ncols()});
   }
 }
 
@@ -52,10 +59,11 @@ void ReadBlock(const K& a, index_t row, index_t col, RegularMatrix& target) noex
 template <class K>
 RegularMatrix& BlockOf(const K& a, Bounds rows, Bounds cols) {
   RequireBlock<RegularMatrix>(a, rows, cols);
-  a.ThrowNotOk(code::none);
+  RequireOk(a, code::none);
   if (a.nrows() < rows.last + 1 || a.ncols() < cols.last + 1) FailWith(offset::shape, &a);
   const Consumed operand(a);
-  NewResult<RegularMatrix> block(rows.size(), cols.size());
+  NewResult<RegularMatrix> block;
+  SizeForResult(*block, rows.size(), cols.size());
   ReadBlock(a, rows.first, cols.first, *block);
   return block.hand_over();
 }

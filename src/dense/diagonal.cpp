@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ownership.h"
+#include "core/same_kind.h"
 #include "dense/block.h"
 #include "factor/templates.h"
 
@@ -50,7 +51,7 @@ void DiagonalMatrix::InsertRowsAndCols(size_type at, size_type count) {
   Reserve(n_ + count, n_ + count);
   double* const d = data();
   detail::MoveDoubles(d + at + count, d + at, n_ - at);
-  detail::FillDoubles(d + at, 0.0, count);
+  detail::ClearDoubles(d + at, count);
   n_ += count;
 }
 

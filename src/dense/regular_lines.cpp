@@ -132,9 +132,9 @@ void RegularMatrix::InsertRows(size_type at, size_type count) {
   const size_type moved = n_ == 0 ? 0 : m_ - at;
   const std::uint64_t grown = stored + (end - begin);
   detail::MoveDoubles(d + end, d + begin, moved);
-  detail::FillDoubles(d + begin, 0.0, end - begin);
+  detail::ClearDoubles(d + begin, end - begin);
   const std::uint64_t unset = end + moved > stored ? end + moved : stored;
-  if (unset < grown) detail::FillDoubles(d + unset, 0.0, grown - unset);
+  if (unset < grown) detail::ClearDoubles(d + unset, grown - unset);
   m_ += count;
 }
 
@@ -151,7 +151,7 @@ void RegularMatrix::InsertCols(size_type at, size_type count) {
     double* const to = d + std::size_t{i} * grown;
     const double* const from = d + std::size_t{i} * n_;
     detail::MoveDoubles(to + at + count, from + at, tail);
-    detail::FillDoubles(to + at, 0.0, count);
+    detail::ClearDoubles(to + at, count);
     detail::MoveDoubles(to, from, at);
   }
   n_ = grown;

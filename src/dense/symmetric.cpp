@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ownership.h"
+#include "core/same_kind.h"
 #include "dense/block.h"
 #include "factor/templates.h"
 

@@ -11,6 +11,7 @@ using detail::packed_index;
 using detail::packed_row;
 
 TriMatrix::TriMatrix(class_type kind, size_type n) : SquareMatrix(kind) {
+  if (n == 0) return;
   AllocateMemory(detail::saturated(detail::packed_count(n)), true);
   n_ = n;
 }
@@ -67,7 +68,7 @@ void TriMatrix::InsertRowsAndCols(size_type at, size_type count) {
     const double* const from = d + packed_row(a, n);
     const index_t head = at - a;
     detail::MoveDoubles(to + head + count, from + head, behind);
-    detail::FillDoubles(to + head, 0.0, count);
+    detail::ClearDoubles(to + head, count);
     detail::MoveDoubles(to, from, head);
   }
   n_ = grown;

@@ -8,8 +8,8 @@
 
 #include "core/invariant.h"
 #include "core/ownership.h"
-#include "core/storage.h"
 #include "dense/rules.h"
+#include "ops/spell_out.h"
 
 namespace quorvel::detail {
 
@@ -37,6 +37,23 @@ void FillPacked(SquareMatrix& target, const T& source) noexcept {
   }
 }
 
+/// Writes every element of a square target: the source's where the tag says that it has one, else zero.
+template <class T>
+void FillVisited(RegularMatrix& target, const Rule<T>& from, Matrix::class_type kind) noexcept {
+  const Rule<RegularMatrix> to(target);
+  const index_t n = from.rows();
+  const bool right = kind == Matrix::symmetric || kind == Matrix::upper_triangular;
+  const bool left = kind == Matrix::symmetric || kind == Matrix::lower_triangular;
+  for (index_t i = 0; i < n; ++i) {
+    for (index_t j = 0; j < n; ++j) {
+      const bool visited = i == j || (j > i ? right : left);
+      // A symmetric matrix is visited in its upper triangle, whatever the type: below it stands the mirror image.
+      const bool mirrored = kind == Matrix::symmetric && j < i;
+      to.store(i, j) = mirrored ? from.at(j, i) : visited ? from.at(i, j) : 0.0;
+    }
+  }
+}
+
 }  // namespace quorvel::detail
 
 /// target = source, implicit zeros and mirrored elements included; the singularity count is copied.
@@ -47,19 +64,13 @@ RegularMatrix& RM_EQ_TMat(RegularMatrix& target, const T& source) {
   const Consumed operand(source);
   const Rule<T> from(source);
   const index_t n = from.rows();
-  if (target.nrows() != n || target.ncols() != n) target.SetSize(n, n, false);
+  if (target.nrows() != n || target.ncols() != n) SizeForResult(target, n, n);
   const Matrix::class_type kind = source.kind();
   ValidType(kind >= Matrix::symmetric && kind <= Matrix::diagonal, 124, __PRETTY_FUNCTION__);
-  const Rule<RegularMatrix> to(target);
-  for (index_t i = 0; i < n; ++i) {
-    const bool right = kind == Matrix::symmetric || kind == Matrix::upper_triangular;
-    const bool left = kind == Matrix::symmetric || kind == Matrix::lower_triangular;
-    for (index_t j = 0; j < n; ++j) {
-      const bool visited = i == j || (j > i ? right : left);
-      // A symmetric matrix is visited in its upper triangle, whatever the type: below it stands the mirror image.
-      const bool mirrored = kind == Matrix::symmetric && j < i;
-      to.store(i, j) = mirrored ? from.at(j, i) : visited ? from.at(i, j) : 0.0;
-    }
+  if (kind == KindTraits<T>::tag) {
+    SpellOut(target.data(), source);
+  } else {
+    FillVisited(target, from, kind);
   }
   target.set_nsing(source.nsing());
   return target;

@@ -61,6 +61,7 @@ double ElementOf(const Factor& x, unsigned i, unsigned t) noexcept {
 }  // namespace
 
 void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n, unsigned m) {
+  if (n <= small_factor && m <= small_factor && x.shape == Shape::full) return kernels().congruence(s.data(), x, q, n, m);
   const unsigned width = WidthOfStrip(n, m, true);
   ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
     kernels().multiply(TargetOf(w, width), begin, q, Transposed(x), 0, {0, m, begin, end, m});
@@ -85,7 +86,7 @@ void SparseCongruence(SymmetricMatrix& s, const Factor& x, const SparseLines& q,
       for (unsigned i = begin; i < end; ++i) xt[t * width + (i - begin)] = ElementOf(x, i, t);
     }
     for (unsigned k = 0; k < m; ++k) {
-      FillDoubles(w + k * width, 0.0, width);
+      ClearDoubles(w + k * width, width);
       for (LineCursor e = q.row(k); e; e.next()) {
         kernels().add_multiple(w + k * width, e.value(), xt + e.index() * width, end - begin);
       }

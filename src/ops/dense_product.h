@@ -28,6 +28,8 @@ void FillProduct(C& c, const A& a, const B& b) noexcept {
   } else if constexpr (std::is_same_v<B, DiagonalMatrix>) {
     const Rule<A> x(a);
     FillFromOneTerm(c, [d = b.data(), &x](index_t i, index_t j) { return x.at(i, j) * d[j]; });
+  } else if constexpr (std::is_same_v<A, RegularMatrix> && std::is_same_v<B, RegularMatrix>) {
+    kernels().product(c.data(), a.data(), b.data(), a.nrows(), b.ncols(), a.ncols());
   } else {
     MultiplyFactors(TargetOf(c), FactorOf(a), FactorOf(b), a.nrows(), b.ncols(), a.ncols());
   }

@@ -24,7 +24,7 @@ void ReadInto(K& out, const S& src, const Block& b) noexcept {
 /// A block of `out` itself becomes `out`: read into a new array before the old one goes.
 template <class K>
 K& ExtractedInPlace(K& out, Bounds rows, Bounds cols) {
-  out.ThrowNotOk(code::none);
+  RequireOk(out, code::none);
   RequireBlock<K>(out, rows, cols);
   if (out.nrows() < rows.last + 1 || out.ncols() < cols.last + 1) FailWith(offset::shape, &out);
   const Block b = ToStart(rows, cols);
@@ -63,7 +63,7 @@ K& Extracted(K& out, const S& src, Bounds rows, Bounds cols) {
 template <class K>
 K& PrincipalBlock(const K& a, Bounds range) {
   RequireBlock<K>(a, range, range);
-  a.ThrowNotOk(code::none);
+  RequireOk(a, code::none);
   if (a.ndim() < range.last + 1) FailWith(offset::shape, &a);
   const Consumed operand(a);
   NewResult<K> block(range.size());

@@ -158,14 +158,14 @@ void AddLine(SparseSums& sums, const X& x, const Y& y, index_t i, Lines lines) {
 /// c = x * y for a c of the right size.
 template <class X, class Y>
 void FillByLines(RegularMatrix& c, const X& x, const Y& y) {
-  FillDoubles(c.data(), 0.0, c.StoredCount());
+  ClearDoubles(c.data(), c.StoredCount());
   const std::size_t n = c.ncols();
   for (index_t i = 0; i < c.nrows(); ++i) AddLine(c.data() + i * n, x, y, i, WholeLines());
 }
 
 template <class X, class Y>
 void FillByLines(SymmetricMatrix& c, const X& x, const Y& y) {
-  FillDoubles(c.data(), 0.0, c.StoredCount());
+  ClearDoubles(c.data(), c.StoredCount());
   for (index_t i = 0; i < c.ndim(); ++i) AddLine(c.data() + packed_index(i, 0, c.ndim()), x, y, i, UpperLines());
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 template <class K>
 double Trace(const K& A) {
-  A.ThrowNotOk(code::trace);
+  RequireOk(A, code::trace);
   const Consumed operand(A);
   const Rule<K> a(A);
   const index_t n = a.rows() < a.cols() ? a.rows() : a.cols();
@@ -21,7 +21,7 @@ double Trace(const K& A) {
 
 /// Every dense kind stores (0, 0) first.
 double Scalar(const SingleArrayMatrix& A) {
-  A.ThrowNotOk(code::scalar);
+  RequireOk(A, code::scalar);
   const Consumed operand(A);
   return A.StoredCount() != 0 ? A.data()[0] : 0.0;
 }

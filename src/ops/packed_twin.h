@@ -4,7 +4,7 @@
 
 #include "core/kinds.h"
 #include "core/ownership.h"
-#include "core/storage.h"
+#include "core/sizing.h"
 #include "dense/rules.h"
 
 namespace quorvel::detail {
@@ -19,7 +19,8 @@ K& PackedTwin(const TriMatrix& A, Matrix::nsing_type count) {
     twin->set_nsing(count);
     return twin.hand_over();
   }
-  NewResult<K> twin(A.ndim());
+  NewResult<K> twin;
+  SizeForResult(*twin, A.ndim(), A.ndim());
   CopyDoubles(twin->data(), A.data(), packed_count(A.ndim()));
   twin->set_nsing(count);
   return twin.hand_over();

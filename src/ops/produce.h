@@ -5,18 +5,21 @@
 #define QUORVEL_OPS_PRODUCE_H
 
 #include "core/ownership.h"
+#include "core/sizing.h"
 
 namespace quorvel::detail {
 
-/// The size for a result that is filled from nothing. A sparse result is emptied, because appending to old elements
+/// The size for a result every element of which is written next. A sparse result is emptied, because appending to old elements
 /// would leave unsorted lists.
 template <class R>
 void Prepare(R& result, unsigned rows, unsigned cols) {
-  if constexpr (!is_dense<R>) {
-    result.ThrowNotOk(code::none);
+  if constexpr (is_dense<R>) {
+    SizeForResult(result, rows, cols);
+  } else {
+    RequireOk(result, code::none);
     result.Clear();
+    result.SetSize(rows, cols, false);
   }
-  result.SetSize(rows, cols, false);
 }
 
 /// Fills a new rows x cols result from operands whose checks have passed.

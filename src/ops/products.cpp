@@ -11,11 +11,11 @@ namespace detail = quorvel::detail;
 
 #define QUORVEL_DEFINE(R, A, B) \
   R& Mult(R& result, const A& a, const B& b) { \
-    a.ThrowProduct(detail::code::product, b); \
+    detail::RequireProduct(a, b, detail::code::product); \
     return detail::ProductInto(result, a, b, a.nrows(), b.ncols(), [&](R& c) { detail::FillProduct(c, a, b); }); \
   } \
   R& operator*(const A& a, const B& b) { \
-    a.ThrowProduct(detail::code::product, b); \
+    detail::RequireProduct(a, b, detail::code::product); \
     return detail::NewProduct<R>(a, b, a.nrows(), b.ncols(), [&](R& c) { detail::FillProduct(c, a, b); }); \
   }
 QUORVEL_DENSE_PRODUCTS(QUORVEL_DEFINE)

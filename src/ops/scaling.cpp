@@ -2,6 +2,7 @@
 #include "quorvel/products.h"
 
 #include "core/ownership.h"
+#include "core/sizing.h"
 #include "ops/tables/products.h"
 #include "quorvel/quorvel.h"
 
@@ -13,25 +14,31 @@ namespace {
 
 template <class K>
 K& ScaledInto(K& result, const K& a, double s) {
-  a.ThrowNotOk(detail::code::product);
+  detail::RequireOk(a, detail::code::product);
   detail::Consumed operand(a);
   if (&result == &a) operand.release(a);
-  result.ThrowNotOk(detail::code::none);
+  detail::RequireOk(result, detail::code::none);
   result.Mult(a, s);
   return result;
 }
 
-/// A copy is made first and scaled in place: then also a sparse matrix scaled by 0 has the size of a.
+/// A copy of a sparse matrix is made first and scaled in place: then also one that is scaled by 0 has the size of a.
 template <class K>
 K& Scaled(K& a, double s) {
-  a.ThrowNotOk(detail::code::product);
+  detail::RequireOk(a, detail::code::product);
   if (a.dispensable()) {
     a.Mult(a, s);
     return a;
   }
   detail::NewResult<K> result;
-  result->Copy(a, false);
-  result->Mult(*result, s);
+  if constexpr (detail::is_dense<K>) {
+    detail::SizeForResult(*result, a.nrows(), a.ncols());
+    result->set_nsing(a.nsing());
+    detail::ScaleDoubles(result->data(), s, a.data(), detail::StoredIn(a));
+  } else {
+    result->Copy(a, false);
+    result->Mult(*result, s);
+  }
   return result.hand_over();
 }
 

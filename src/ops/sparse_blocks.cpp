@@ -83,7 +83,7 @@ SymmetricSparseMatrix& NewBlocks(const A& a, const Q& q, const X& x, const XTran
 
 #define QUORVEL_DEFINE(K1, K2) \
   SymmetricSparseMatrix& ATPA(const K1& A, const K2& P, unsigned block) { \
-    A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSameRows(A, P, code::none); \
     return NewBlocks(A, P, ColumnsOf(A), RowsOf(A), A.ncols(), A.nrows(), block); \
   }
 QUORVEL_ATPA_BLOCKS(QUORVEL_DEFINE)
@@ -91,7 +91,7 @@ QUORVEL_ATPA_BLOCKS(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(K1, K2) \
   SymmetricSparseMatrix& AQAT(const K1& A, const K2& Q, unsigned block) { \
-    A.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(A, Q, code::none); \
     return NewBlocks(A, Q, RowsOf(A), ColumnsOf(A), A.nrows(), A.ncols(), block); \
   }
 QUORVEL_AQAT_BLOCKS(QUORVEL_DEFINE)
@@ -99,7 +99,7 @@ QUORVEL_AQAT_BLOCKS(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(K1, K2) \
   SymmetricSparseMatrix& SQS(const K1& S, const K2& Q, unsigned block) { \
-    S.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(S, Q, code::none); \
     return NewBlocks(S, Q, RowsOf(S), ColumnsOf(S), S.nrows(), S.ncols(), block); \
   }
 QUORVEL_SQS_BLOCKS(QUORVEL_DEFINE)

@@ -29,7 +29,7 @@ K& UpperTriangle(const SparseMatrix& A) {
 }  // namespace
 
 RegularSparseMatrix& transpose(RegularSparseMatrix& A) {
-  A.ThrowNotOk(code::transpose_sparse);
+  RequireOk(A, code::transpose_sparse);
   const Consumed operand(A);
   NewResult<RegularSparseMatrix> result(A.cols, A.rows);
   RowWriter writer(*result);
@@ -45,17 +45,17 @@ RegularSparseMatrix& transpose(RegularSparseMatrix& A) {
 RegularSparseMatrix& transpose(const RegularSparseMatrix& A) { return transpose(Mutable(A)); }
 
 SymmetricSparseMatrix& sym(const RegularSparseMatrix& A) {
-  A.ThrowNotSquare(code::sym_sparse);
+  RequireSquareShape(A, code::sym_sparse);
   return UpperTriangle<SymmetricSparseMatrix>(A);
 }
 
 RegularSparseMatrix& triu(const SparseMatrix& A) {
-  A.ThrowNotSquare(code::triu_sparse);
+  RequireSquareShape(A, code::triu_sparse);
   return UpperTriangle<RegularSparseMatrix>(A);
 }
 
 RegularSparseMatrix& tril(const SparseMatrix& A) {
-  A.ThrowNotSquare(code::tril_sparse);
+  RequireSquareShape(A, code::tril_sparse);
   const Consumed operand(A);
   NewResult<RegularSparseMatrix> result(A.rows, A.cols);
   RowWriter writer(*result);
@@ -74,7 +74,7 @@ RegularSparseMatrix& tril(const SparseMatrix& A) {
 }
 
 DiagonalMatrix& diag(const SparseMatrix& A) {
-  A.ThrowNotSquare(code::diag);
+  RequireSquareShape(A, code::diag);
   const Consumed operand(A);
   const SparseLines a(A);
   NewResult<DiagonalMatrix> result(A.rows);
@@ -83,7 +83,7 @@ DiagonalMatrix& diag(const SparseMatrix& A) {
 }
 
 double trace(const SparseMatrix& A) {
-  A.ThrowNotOk(code::trace);
+  RequireOk(A, code::trace);
   const Consumed operand(A);
   const SparseLines a(A);
   const index_t n = A.rows < A.cols ? A.rows : A.cols;
@@ -93,7 +93,7 @@ double trace(const SparseMatrix& A) {
 }
 
 double scalar(const SparseMatrix& A) {
-  A.ThrowNotOk(code::scalar);
+  RequireOk(A, code::scalar);
   const Consumed operand(A);
   return SparseLines(A).at(0, 0);
 }

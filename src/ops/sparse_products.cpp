@@ -11,12 +11,12 @@ namespace detail = quorvel::detail;
 
 #define QUORVEL_DEFINE_PRODUCT(R, A, B, CODE) \
   R& Mult(R& result, const A& a, const B& b) { \
-    a.ThrowProduct(CODE, b); \
+    detail::RequireProduct(a, b, CODE); \
     const auto fill = [&](R& c) { detail::FillByLines(c, detail::RowsOf(a), detail::RowsOf(b)); }; \
     return detail::ProductInto(result, a, b, a.nrows(), b.ncols(), fill); \
   } \
   R& operator*(const A& a, const B& b) { \
-    a.ThrowProduct(CODE, b); \
+    detail::RequireProduct(a, b, CODE); \
     const auto fill = [&](R& c) { detail::FillByLines(c, detail::RowsOf(a), detail::RowsOf(b)); }; \
     return detail::NewProduct<R>(a, b, a.nrows(), b.ncols(), fill); \
   }

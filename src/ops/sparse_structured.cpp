@@ -23,9 +23,9 @@ using detail::index_t;
 template <class X, class XTransposed, class Q>
 void FillCongruence(SymmetricMatrix& s, const X& x, const XTransposed& xt, const Q& q, index_t m) {
   const std::unique_ptr<double[]> w = detail::Scratch(m);
-  detail::FillDoubles(s.data(), 0.0, s.StoredCount());
+  detail::ClearDoubles(s.data(), s.StoredCount());
   for (index_t i = 0; i < s.ndim(); ++i) {
-    detail::FillDoubles(w.get(), 0.0, m);
+    detail::ClearDoubles(w.get(), m);
     detail::AddLine(w.get(), x, RowsOf<Q>(q), i, detail::WholeLines());
     double* const row = s.data() + detail::packed_index(i, 0, s.ndim());
     for (index_t t = 0; t < m; ++t) xt.add(row, w[t], t, {i, detail::all});
@@ -92,7 +92,7 @@ double WeightedNorm(const A& a, const P& p) {
 
 #define QUORVEL_DEFINE(R, K) \
   R& ATA(const K& A) { \
-    A.ThrowNotSameRows(code::product, A); \
+    detail::RequireSameRows(A, A, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, ColumnsOf(A), RowsOf(A)); }; \
     return NewProduct<R>(A, A, A.ncols(), A.ncols(), fill); \
   }
@@ -101,7 +101,7 @@ QUORVEL_SPARSE_ATA(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K) \
   R& AAT(const K& A) { \
-    A.ThrowNotSameCols(code::product, A); \
+    detail::RequireSameCols(A, A, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, RowsOf(A), ColumnsOf(A)); }; \
     return NewProduct<R>(A, A, A.nrows(), A.nrows(), fill); \
   }
@@ -110,7 +110,7 @@ QUORVEL_SPARSE_AAT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE_TRIANGLE(NAME, R, K, LINES) \
   R& NAME(const K& A) { \
-    A.ThrowNotSquare(code::product); \
+    detail::RequireSquareShape(A, code::product); \
     const auto fill = [&](R& c) { detail::FillSparseByLines(c, ColumnsOf(A), RowsOf(A), LINES()); }; \
     return NewProduct<R>(A, A, A.ncols(), A.ncols(), fill); \
   }
@@ -124,7 +124,7 @@ QUORVEL_SPARSE_LTL(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ATB(const K1& A, const K2& B) { \
-    A.ThrowNotSameRows(code::product, B); \
+    detail::RequireSameRows(A, B, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, ColumnsOf(A), RowsOf(B)); }; \
     return NewProduct<R>(A, B, A.ncols(), B.ncols(), fill); \
   }
@@ -133,7 +133,7 @@ QUORVEL_SPARSE_ATB(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ABT(const K1& A, const K2& B) { \
-    A.ThrowNotSameCols(code::product, B); \
+    detail::RequireSameCols(A, B, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, RowsOf(A), ColumnsOf(B)); }; \
     return NewProduct<R>(A, B, A.nrows(), B.nrows(), fill); \
   }
@@ -142,7 +142,7 @@ QUORVEL_SPARSE_ABT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SymmetricOfProduct(const K1& A, const K2& B) { \
-    A.ThrowProduct(code::product, B); \
+    detail::RequireProduct(A, B, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, RowsOf(A), RowsOf(B)); }; \
     return NewProduct<R>(A, B, A.nrows(), B.ncols(), fill); \
   }
@@ -150,14 +150,14 @@ QUORVEL_SPARSE_SYMMETRIC_OF_PRODUCT(QUORVEL_DEFINE)
 #undef QUORVEL_DEFINE
 
 SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const RegularSparseMatrix& A, const RegularSparseMatrix& B) {
-  A.ThrowProduct(code::product, B);
+  detail::RequireProduct(A, B, code::product);
   const auto fill = [&](SymmetricMatrix& c) { FillByLines(c, RowsOf(A), RowsOf(B)); };
   return detail::ProductInto(R, A, B, A.nrows(), B.ncols(), fill);
 }
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SymmetricOfABT(const K1& A, const K2& B) { \
-    A.ThrowNotSameCols(code::product, B); \
+    detail::RequireSameCols(A, B, code::product); \
     const auto fill = [&](R& c) { FillByLines(c, RowsOf(A), ColumnsOf(B)); }; \
     return NewProduct<R>(A, B, A.nrows(), B.nrows(), fill); \
   }
@@ -166,7 +166,7 @@ QUORVEL_SPARSE_SYMMETRIC_OF_ABT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ATPA(const K1& A, const K2& P) { \
-    A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSameRows(A, P, code::none); \
     detail::RequireSquare(P, A, P); \
     return NewProduct<R>(A, P, A.ncols(), A.ncols(), [&](R& s) { FillATPA(s, A, P); }); \
   }
@@ -175,7 +175,7 @@ QUORVEL_SPARSE_ATPA(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& AQAT(const K1& A, const K2& Q) { \
-    A.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(A, Q, code::none); \
     detail::RequireSquare(Q, A, Q); \
     return NewProduct<R>(A, Q, A.nrows(), A.nrows(), [&](R& s) { FillAQAT(s, A, Q); }); \
   }
@@ -184,7 +184,7 @@ QUORVEL_SPARSE_AQAT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SQS(const K1& S, const K2& Q) { \
-    S.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(S, Q, code::none); \
     detail::RequireSquare(S, S, Q); \
     detail::RequireSquare(Q, S, Q); \
     return NewProduct<R>(S, Q, S.nrows(), S.nrows(), [&](R& s) { FillSQS(s, S, Q); }); \
@@ -194,7 +194,7 @@ QUORVEL_SPARSE_SQS(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(K1, K2) \
   double PWeightedNorm(const K1& A, const K2& P) { \
-    A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSameRows(A, P, code::none); \
     return WeightedNorm(A, P); \
   }
 QUORVEL_SPARSE_PWEIGHTED_NORM(QUORVEL_DEFINE)

@@ -53,7 +53,7 @@ template <class Op, int Code>
 struct Sum<Op, SparseMerge, Code> {
   template <class R, class A, class B>
   static R& assigned(R& result, const A& a, const B& b) {
-    a.ThrowNotSameDim(merge_code<Op, Code>(SameObject(result, b) && !SameObject(result, a)), b);
+    RequireSameDim(a, b, merge_code<Op, Code>(SameObject(result, b) && !SameObject(result, a)));
     return WriteSum<Op, SparseMerge>(result, a, b);
   }
 
@@ -64,7 +64,7 @@ struct Sum<Op, SparseMerge, Code> {
     const bool first_reusable = Reusable<R>(a) != nullptr;
     const bool second_reusable = Reusable<R>(b) != nullptr;
     const bool in_first = a.used >= b.used ? first_reusable || !second_reusable : first_reusable && !second_reusable;
-    a.ThrowNotSameDim(merge_code<Op, Code>(!in_first), b);
+    RequireSameDim(a, b, merge_code<Op, Code>(!in_first));
     Consumed held(a, b);
     if (R* const reused = in_first ? Reusable<R>(a) : Reusable<R>(b)) {
       merge<Op>(*reused, a, b, in_first);
@@ -80,7 +80,7 @@ struct Sum<Op, SparseMerge, Code> {
 
   template <class X, class Y>
   static X& compound(X& x, const Y& y) {
-    x.ThrowNotSameDim(Code, y);
+    RequireSameDim(x, y, Code);
     Consumed held(x, y);
     MergeFirst<Op>(x, y);
     held.release(x);

@@ -69,11 +69,11 @@ double FirstOfRow(const Factor& v, index_t k) noexcept {
   return v.first[static_cast<detail::kernel_offset>(k) * v.stride];
 }
 
-/// w = v' P, w(i) = sum over k of v(k) * P(k, i), v being the first column of a factor by rows.
+/// w = P' v, w(i) = sum over k of P(k, i) * v(k), v being the first column of a factor by rows.
 template <class P>
 void FillWeighted(double* w, const Factor& v, const P& p) noexcept {
   const index_t n = p.ncols();
-  detail::kernels().multiply(detail::TargetOf(w, n), 0, Transposed(v), FactorOf(p), 0, {0, 1, 0, n, n});
+  detail::MultiplyFactors(detail::TargetOf(w, 1), Transposed(FactorOf(p)), v, n, 1, n);
 }
 void FillWeighted(double* w, const Factor& v, const DiagonalMatrix& p) noexcept {
   for (index_t i = 0; i < p.ndim(); ++i) w[i] = 0.0 + FirstOfRow(v, i) * p.data()[i];
@@ -98,7 +98,7 @@ double WeightedNorm(const RegularMatrix& a, const P& p) {
 
 #define QUORVEL_DEFINE(R, K) \
   R& ATA(const K& A) { \
-    A.ThrowNotSameRows(code::product, A); \
+    detail::RequireSameRows(A, A, code::product); \
     const index_t n = A.ncols(); \
     return NewProduct<R>(A, A, n, n, FilledBy<R>(Transposed(FactorOf(A)), FactorOf(A), n, n, A.nrows())); \
   }
@@ -107,7 +107,7 @@ QUORVEL_DENSE_ATA(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K) \
   R& AAT(const K& A) { \
-    A.ThrowNotSameCols(code::product, A); \
+    detail::RequireSameCols(A, A, code::product); \
     const index_t n = A.nrows(); \
     return NewProduct<R>(A, A, n, n, FilledBy<R>(FactorOf(A), Transposed(FactorOf(A)), n, n, A.ncols())); \
   }
@@ -117,7 +117,7 @@ QUORVEL_DENSE_AAT(QUORVEL_DEFINE)
 // U' U and L' L: the views carry the triangles, so only stored elements enter.
 #define QUORVEL_DEFINE_TRIANGLE(NAME, R, K) \
   R& NAME(const K& A) { \
-    A.ThrowNotOk(code::product); \
+    detail::RequireOk(A, code::product); \
     const index_t n = A.ndim(); \
     return NewProduct<R>(A, A, n, n, FilledBy<R>(Transposed(FactorOf(A)), FactorOf(A), n, n, n)); \
   }
@@ -131,7 +131,7 @@ QUORVEL_DENSE_LTL(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ATB(const K1& A, const K2& B) { \
-    A.ThrowNotSameRows(code::product, B); \
+    detail::RequireSameRows(A, B, code::product); \
     return NewProduct<R>(A, B, A.ncols(), B.ncols(), [&](R& c) { FillATB(c, A, B); }); \
   }
 QUORVEL_DENSE_ATB(QUORVEL_DEFINE)
@@ -139,7 +139,7 @@ QUORVEL_DENSE_ATB(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ABT(const K1& A, const K2& B) { \
-    A.ThrowNotSameCols(code::product, B); \
+    detail::RequireSameCols(A, B, code::product); \
     return NewProduct<R>(A, B, A.nrows(), B.nrows(), [&](R& c) { FillABT(c, A, B); }); \
   }
 QUORVEL_DENSE_ABT(QUORVEL_DEFINE)
@@ -147,7 +147,7 @@ QUORVEL_DENSE_ABT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SymmetricOfProduct(const K1& A, const K2& B) { \
-    A.ThrowProduct(code::product, B); \
+    detail::RequireProduct(A, B, code::product); \
     const index_t n = A.nrows(); \
     return NewProduct<R>(A, B, n, B.ncols(), FilledBy<R>(FactorOf(A), FactorOf(B), n, n, A.ncols())); \
   }
@@ -156,7 +156,7 @@ QUORVEL_DENSE_SYMMETRIC_OF_PRODUCT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SymmetricOfABT(const K1& A, const K2& B) { \
-    A.ThrowNotSameCols(code::product, B); \
+    detail::RequireSameCols(A, B, code::product); \
     const index_t n = A.nrows(); \
     return NewProduct<R>(A, B, n, B.nrows(), FilledBy<R>(FactorOf(A), Transposed(FactorOf(B)), n, n, A.ncols())); \
   }
@@ -165,7 +165,7 @@ QUORVEL_DENSE_SYMMETRIC_OF_ABT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& ATPA(const K1& A, const K2& P) { \
-    A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSameRows(A, P, code::none); \
     const index_t n = A.ncols(); \
     const auto fill = [&](R& s) { FillCongruence(s, Transposed(FactorOf(A)), P, n, A.nrows()); }; \
     return NewProduct<R>(A, P, n, n, fill); \
@@ -175,7 +175,7 @@ QUORVEL_DENSE_ATPA(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& AQAT(const K1& A, const K2& Q) { \
-    A.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(A, Q, code::none); \
     const index_t n = A.nrows(); \
     return NewProduct<R>(A, Q, n, n, [&](R& s) { FillCongruence(s, FactorOf(A), Q, n, A.ncols()); }); \
   }
@@ -184,7 +184,7 @@ QUORVEL_DENSE_AQAT(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(R, K1, K2) \
   R& SQS(const K1& S, const K2& Q) { \
-    S.ThrowProduct(code::none, Q); \
+    detail::RequireProduct(S, Q, code::none); \
     return NewProduct<R>(S, Q, S.ndim(), S.ndim(), [&](R& s) { FillSQS(s, S, Q); }); \
   }
 QUORVEL_DENSE_SQS(QUORVEL_DEFINE)
@@ -192,7 +192,7 @@ QUORVEL_DENSE_SQS(QUORVEL_DEFINE)
 
 #define QUORVEL_DEFINE(K1, K2) \
   double PWeightedNorm(const K1& A, const K2& P) { \
-    A.ThrowNotSameRows(code::none, P); \
+    detail::RequireSameRows(A, P, code::none); \
     return WeightedNorm(A, P); \
   }
 QUORVEL_DENSE_PWEIGHTED_NORM(QUORVEL_DEFINE)

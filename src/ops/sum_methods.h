@@ -5,39 +5,62 @@
 #ifndef QUORVEL_OPS_SUM_METHODS_H
 #define QUORVEL_OPS_SUM_METHODS_H
 
+#include "core/sizing.h"
 #include "dense/rules.h"
+#include "ops/spell_out.h"
 #include "ops/sums.h"
 #include "sparse/cursor.h"
 #include "sparse/diagonal_sum.h"
 
 namespace quorvel::detail {
 
+/// r[k] = Op(x[k], y[k]); r may be x or y.
+template <class Op>
+void OnRuns(double* r, const double* x, const double* y, index_t count) {
+  (Op::subtracts ? kernels().subtract : kernels().add)(r, x, y, count);
+}
+
 /// Two of one dense kind: over the stored arrays.
 struct Elementwise {
   template <class Op, class K>
   static void run(K& result, const K& a, const K& b) {
-    result.SetSize(a.nrows(), a.ncols(), false);  // within its capacity a result that is an operand keeps its doubles
-    const index_t count = a.StoredCount();
-    double* const r = result.data();
-    const double* const x = a.data();
-    const double* const y = b.data();
-    for (index_t k = 0; k < count; ++k) r[k] = Op::of(x[k], y[k]);
+    SizeForResult(result, a.nrows(), a.ncols());  // within its capacity a result that is an operand keeps its doubles
+    OnRuns<Op>(result.data(), a.data(), b.data(), StoredIn(a));
   }
 };
 
-/// Two unlike dense kinds: row by row through the element rules. Left of the diagonal and right of it each kind reads
-/// one way, so the row is walked in two parts.
-struct RowByRow {
+/// A block of a matrix, at multiples of 8: where it lies in a general matrix, spelled out in a buffer for another kind.
+struct BlockView {
+  const double* first;
+  std::size_t stride;
+};
+inline BlockView BlockAt(const RegularMatrix& a, index_t i, index_t j, index_t, index_t, double*) noexcept {
+  return {a.data() + std::size_t{i} * a.ncols() + j, a.ncols()};
+}
+template <class K>
+BlockView BlockAt(const K& a, index_t i, index_t j, index_t rows, index_t cols, double* buffer) noexcept {
+  kernels().unpack(buffer, static_cast<kernel_offset>(cols), FactorOf(a), i, j, rows, cols);
+  return {buffer, cols};
+}
+
+/// Two unlike dense kinds, in blocks that fit small buffers.
+struct ByBlocks {
   template <class Op, class A, class B>
   static void run(RegularMatrix& result, const A& a, const B& b) {
-    const Rule<A> x(a);
-    const Rule<B> y(b);
-    const index_t n = x.cols();
-    result.SetSize(x.rows(), n, false);
-    for (index_t i = 0; i < x.rows(); ++i) {
-      double* const r = result.data() + std::size_t{i} * n;
-      for (index_t j = 0; j < i; ++j) r[j] = Op::of(x.at(i, j), y.at(i, j));
-      for (index_t j = i; j < n; ++j) r[j] = Op::of(x.at(i, j), y.at(i, j));
+    constexpr index_t high = 8, wide = 64;
+    const index_t n = a.ncols();
+    SizeForResult(result, n, n);
+    alignas(64) double of_a[high * wide], of_b[high * wide];
+    for (index_t i = 0; i < n; i += high) {
+      const index_t rows = n - i < high ? n - i : high;
+      for (index_t j = 0; j < n; j += wide) {
+        const index_t cols = n - j < wide ? n - j : wide;
+        const BlockView x = BlockAt(a, i, j, rows, cols, of_a);
+        const BlockView y = BlockAt(b, i, j, rows, cols, of_b);
+        for (index_t t = 0; t < rows; ++t) {
+          OnRuns<Op>(result.data() + std::size_t{i + t} * n + j, x.first + t * x.stride, y.first + t * y.stride, cols);
+        }
+      }
     }
   }
 };
@@ -45,7 +68,12 @@ struct RowByRow {
 /// result = a copy of `x` unless it is that operand itself.
 template <class X>
 void CopyUnlessSame(X& result, const X& x) {
-  if (&result != &x) result.Copy(x, false);
+  if (&result == &x) return;
+  if constexpr (is_dense<X>) {
+    CopyContents(result, x);
+  } else {
+    result.Copy(x, false);
+  }
 }
 
 /// D - X starts from -X. A symmetric X keeps the sign of its off-diagonal elements.
@@ -115,12 +143,8 @@ void FillFrom(R& result, const X& x) {
   if constexpr (std::is_same_v<R, X>) {
     CopyUnlessSame(result, x);
   } else {
-    const Rule<X> from(x);
-    result.SetSize(from.rows(), from.cols(), false);
-    const Rule<R> to(result);
-    for (index_t i = 0; i < from.rows(); ++i) {
-      for (index_t j = 0; j < from.cols(); ++j) to.store(i, j) = from.at(i, j);
-    }
+    SizeForResult(result, x.ndim(), x.ndim());
+    SpellOut(result.data(), x);
   }
 }
 

@@ -73,14 +73,14 @@ struct Sum {
   /// Plus(result, a, b), Minus(result, a, b).
   template <class R, class A, class B>
   static R& assigned(R& result, const A& a, const B& b) {
-    a.ThrowNotSameDim(Code, b);
+    RequireSameDim(a, b, Code);
     return WriteSum<Op, Method>(result, a, b);
   }
 
   /// a + b, a - b: the first operand that can become the result does, else the second, else the result is new.
   template <class R, class A, class B>
   static R& returned(const A& a, const B& b) {
-    a.ThrowNotSameDim(Code, b);
+    RequireSameDim(a, b, Code);
     Consumed held(a, b);
     R* reused = Reusable<R>(a);
     if (reused == nullptr) reused = Reusable<R>(b);
@@ -99,7 +99,7 @@ struct Sum {
   /// x += y, x -= y. The singularity count becomes unknown in a dense matrix and stays in a sparse one.
   template <class X, class Y>
   static X& compound(X& x, const Y& y) {
-    x.ThrowNotSameDim(Code, y);
+    RequireSameDim(x, y, Code);
     Consumed held(x, y);
     Method::template run<Op>(x, x, y);
     if (is_dense<X>) x.set_nsing(-1);

@@ -5,21 +5,19 @@
 #include <cstddef>
 
 #include "core/packed.h"
+#include "ops/kernels/kernels.h"
 
 namespace quorvel::detail {
 
 /// out (n x m) = the transpose of a (m x n); the arrays do not overlap.
 inline void TransposeInto(const double* a, index_t m, index_t n, double* out) noexcept {
-  constexpr std::size_t tile = 16;
-  const std::size_t rows = m;
-  const std::size_t cols = n;
-  for (std::size_t r0 = 0; r0 < rows; r0 += tile) {
-    const std::size_t r1 = r0 + tile < rows ? r0 + tile : rows;
-    for (std::size_t c0 = 0; c0 < cols; c0 += tile) {
-      const std::size_t c1 = c0 + tile < cols ? c0 + tile : cols;
-      for (std::size_t c = c0; c < c1; ++c) {
-        for (std::size_t r = r0; r < r1; ++r) out[c * rows + r] = a[r * cols + c];
-      }
+  constexpr index_t tile = 32;
+  const auto transpose = kernels().transpose;
+  for (index_t r = 0; r < m; r += tile) {
+    const index_t rows = m - r < tile ? m - r : tile;
+    for (index_t c = 0; c < n; c += tile) {
+      const index_t cols = n - c < tile ? n - c : tile;
+      transpose(out + std::size_t{c} * m + r, m, a + std::size_t{r} * n + c, n, rows, cols);
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include "core/kinds.h"
 #include "core/ownership.h"
+#include "core/sizing.h"
 #include "ops/packed_twin.h"
 #include "ops/tiled_transpose.h"
 
@@ -29,10 +30,11 @@ void TransposeInPlace(RegularMatrix& A) {
 }  // namespace
 
 RegularMatrix& transpose(RegularMatrix& A, RegularMatrix* out) {
-  A.ThrowNotOk(code::transpose_regular);
+  RequireOk(A, code::transpose_regular);
   if (out == nullptr && A.dispensable()) out = &A;
   if (out == nullptr) {
-    NewResult<RegularMatrix> result(A.ncols(), A.nrows());
+    NewResult<RegularMatrix> result;
+    SizeForResult(*result, A.ncols(), A.nrows());
     TransposeInto(A.data(), A.nrows(), A.ncols(), result->data());
     return result.hand_over();
   }
@@ -51,12 +53,12 @@ RegularMatrix& transpose(RegularMatrix& A, RegularMatrix* out) {
 RegularMatrix& transpose(const RegularMatrix& A, RegularMatrix* out) { return transpose(Mutable(A), out); }
 
 LowerTriangularMatrix& transpose(UpperTriangularMatrix& A) {
-  A.ThrowNotOk(code::transpose_triangular);
+  RequireOk(A, code::transpose_triangular);
   return PackedTwin<LowerTriangularMatrix>(A, A.nsing());
 }
 
 UpperTriangularMatrix& transpose(LowerTriangularMatrix& A) {
-  A.ThrowNotOk(code::assign);
+  RequireOk(A, code::assign);
   return PackedTwin<UpperTriangularMatrix>(A, A.nsing());
 }
 

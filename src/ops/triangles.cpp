@@ -2,8 +2,9 @@
 #include "quorvel/matrix_functions.h"
 
 #include "core/ownership.h"
-#include "core/storage.h"
+#include "core/sizing.h"
 #include "ops/packed_twin.h"
+#include "ops/views.h"
 
 using namespace quorvel::detail;
 
@@ -18,17 +19,18 @@ DiagonalMatrix& Diagonal(const K& A) {
   return result.hand_over();
 }
 
-/// The packed positions of K, read from a square A. Zeros of either sign become the result's own +0.0.
+/// The packed positions of K, read from a square A. Zeros of either sign become +0.0.
 template <class K>
 K& Triangle(const RegularMatrix& A) {
   const Consumed operand(A);
-  NewResult<K> result(A.nrows());
+  NewResult<K> result;
+  SizeForResult(*result, A.nrows(), A.nrows());
   const Rule<RegularMatrix> a(A);
   const Rule<K> t(*result);
   for (index_t i = 0; i < a.rows(); ++i) {
     const Range part = t.stored_in_row(i);
     for (index_t j = part.begin; j < part.end; ++j) {
-      if (a.at(i, j) != 0.0) t.store(i, j) = a.at(i, j);
+      t.store(i, j) = a.at(i, j) != 0.0 ? a.at(i, j) : 0.0;
     }
   }
   return result.hand_over();
@@ -37,54 +39,53 @@ K& Triangle(const RegularMatrix& A) {
 }  // namespace
 
 SymmetricMatrix& sym(const RegularMatrix& A) {
-  A.ThrowNotSquare(code::sym);
+  RequireSquareShape(A, code::sym);
   const Consumed operand(A);
   const index_t n = A.nrows();
-  NewResult<SymmetricMatrix> result(n);
-  for (index_t i = 0; i < n; ++i) {
-    CopyDoubles(result->data() + packed_row(i, n), A.data() + (std::size_t{n} + 1) * i, n - i);
-  }
+  NewResult<SymmetricMatrix> result;
+  SizeForResult(*result, n, n);
+  kernels().copy_lines(UpperTarget(*result), FactorOf(A), n, n);
   result->set_nsing(A.nsing());
   return result.hand_over();
 }
 
 UpperTriangularMatrix& triu(const RegularMatrix& A) {
-  A.ThrowNotSquare(code::triu);
+  RequireSquareShape(A, code::triu);
   return Triangle<UpperTriangularMatrix>(A);
 }
 
 LowerTriangularMatrix& tril(const RegularMatrix& A) {
-  A.ThrowNotSquare(code::tril);
+  RequireSquareShape(A, code::tril);
   return Triangle<LowerTriangularMatrix>(A);
 }
 
 UpperTriangularMatrix& triu(const SymmetricMatrix& A) {
-  A.ThrowNotOk(code::triu);
+  RequireOk(A, code::triu);
   return PackedTwin<UpperTriangularMatrix>(A, -1);
 }
 
 LowerTriangularMatrix& tril(const SymmetricMatrix& A) {
-  A.ThrowNotOk(code::tril);
+  RequireOk(A, code::tril);
   return PackedTwin<LowerTriangularMatrix>(A, -1);
 }
 
 DiagonalMatrix& diag(const RegularMatrix& A) {
-  A.ThrowNotSquare(code::diag);
+  RequireSquareShape(A, code::diag);
   return Diagonal(A);
 }
 
 DiagonalMatrix& diag(const SymmetricMatrix& A) {
-  A.ThrowNotOk(code::diag);
+  RequireOk(A, code::diag);
   return Diagonal(A);
 }
 
 DiagonalMatrix& diag(const UpperTriangularMatrix& A) {
-  A.ThrowNotOk(code::diag);
+  RequireOk(A, code::diag);
   return Diagonal(A);
 }
 
 DiagonalMatrix& diag(const LowerTriangularMatrix& A) {
-  A.ThrowNotOk(code::diag);
+  RequireOk(A, code::diag);
   return Diagonal(A);
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ownership.h"
+#include "core/same_kind.h"
 #include "sparse/copy.h"
 #include "sparse/print.h"
 

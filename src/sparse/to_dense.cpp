@@ -18,7 +18,7 @@ void FillRegular(RegularMatrix& target, const SparseMatrix& source, int operatio
   target.ThrowEquals(operation, source);
   const detail::Consumed operand(source);
   if (target.nrows() != source.rows || target.ncols() != source.cols) target.SetSize(source.rows, source.cols, keep);
-  detail::FillDoubles(target.data(), 0.0, target.StoredCount());
+  detail::ClearDoubles(target.data(), target.StoredCount());
   const Rule<RegularMatrix> to(target);
   SparseLines(source).for_each_stored([&](const SparseElement& e) {
     if (e.value == 0.0) return;
@@ -54,7 +54,7 @@ SymmetricMatrix& SymmetricMatrix::operator=(const SymmetricSparseMatrix& source)
   }
   const detail::Consumed operand(source);
   if (ndim() != source.rows || ndim() != source.cols) SetSize(source.rows, source.cols, false);
-  detail::FillDoubles(data(), 0.0, StoredCount());
+  detail::ClearDoubles(data(), StoredCount());
   const Rule<SymmetricMatrix> to(*this);
   SparseLines(source).for_each_stored([&](const SparseElement& e) {
     if (e.value != 0.0) to.store(e.row, e.col) = e.value;

@@ -55,6 +55,9 @@ struct Extent {
 
 inline constexpr kernel_index widest_panel = 24;
 
+/// Orders up to this one: what a factor needs is kept whole on the stack.
+inline constexpr kernel_index small_factor = 24;
+
 /// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
 inline constexpr kernel_index most_columns = 9;
 struct CholeskyPanel {
@@ -85,12 +88,33 @@ struct Kernels {
   void (*multiply)(const Target& c, kernel_index c_origin, const Factor& a, const Factor& b, kernel_index b_origin,
                    const Extent& part);
 
+  /// The same for whole arrays by rows: a is rows x depth, b is depth x cols.
+  void (*product)(double* c, const double* a, const double* b, kernel_index rows, kernel_index cols,
+                  kernel_index depth);
+
+  /// s = X Q X' for an n x m X and a mirrored Q, n and m at most small_factor; s is a packed upper triangle by rows.
+  void (*congruence)(double* s, const Factor& x, const Factor& q, kernel_index n, kernel_index m);
+
   /// y[k] += s * x[k], k = 0 .. count - 1.
   void (*add_multiple)(double* y, double s, const double* x, kernel_index count);
 
   /// The same for four lines in turn, y[k] read and written once: s[0] * x0[k] first, s[3] * x3[k] last.
   void (*add_four_multiples)(double* y, const double* s, const double* x0, const double* x1, const double* x2,
                              const double* x3, kernel_index count);
+
+  /// r[k] = x[k] + y[k], x[k] - y[k], s * x[k], -x[k], k = 0 .. count - 1. r may be an operand.
+  void (*add)(double* r, const double* x, const double* y, kernel_index count);
+  void (*subtract)(double* r, const double* x, const double* y, kernel_index count);
+  void (*scale)(double* r, double s, const double* x, kernel_index count);
+  void (*negate)(double* r, const double* x, kernel_index count);
+
+  /// out(i, j), lines of `stride`, = a(first_row + i, first_col + j), rows x cols elements, 0 outside the shape. Where a is
+  /// packed, first_row and first_col are multiples of 8 or the same.
+  void (*unpack)(double* out, kernel_offset stride, const Factor& a, kernel_index first_row, kernel_index first_col,
+                 kernel_index rows, kernel_index cols);
+
+  /// to(i, j) = from(i, j) in the shape of `to`; both by rows.
+  void (*copy_lines)(const Target& to, const Factor& from, kernel_index rows, kernel_index cols);
 
   /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,

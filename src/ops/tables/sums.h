@@ -20,9 +20,9 @@
   LIKE(SymmetricSparseMatrix, SparseMerge, none)
 
 #define QUORVEL_DENSE_TARGET_SUMS(TARGET)                            \
-  TARGET(RegularMatrix, SymmetricMatrix, RowByRow, sum_mixed)        \
-  TARGET(RegularMatrix, UpperTriangularMatrix, RowByRow, sum_mixed)  \
-  TARGET(RegularMatrix, LowerTriangularMatrix, RowByRow, sum_mixed)  \
+  TARGET(RegularMatrix, SymmetricMatrix, ByBlocks, sum_mixed)        \
+  TARGET(RegularMatrix, UpperTriangularMatrix, ByBlocks, sum_mixed)  \
+  TARGET(RegularMatrix, LowerTriangularMatrix, ByBlocks, sum_mixed)  \
   TARGET(RegularMatrix, DiagonalMatrix, OnDiagonal, sum_mixed)       \
   TARGET(SymmetricMatrix, DiagonalMatrix, OnDiagonal, sum_mixed)     \
   TARGET(UpperTriangularMatrix, DiagonalMatrix, OnDiagonal, sum_mixed) \
@@ -41,9 +41,9 @@
   TARGET(RegularSparseMatrix, SymmetricSparseMatrix, SparseMerge, none)
 
 #define QUORVEL_DENSE_FRESH_SUMS(FRESH)                                   \
-  FRESH(SymmetricMatrix, UpperTriangularMatrix, RowByRow, sum_mixed)      \
-  FRESH(SymmetricMatrix, LowerTriangularMatrix, RowByRow, sum_mixed)      \
-  FRESH(UpperTriangularMatrix, LowerTriangularMatrix, RowByRow, sum_mixed)
+  FRESH(SymmetricMatrix, UpperTriangularMatrix, ByBlocks, sum_mixed)      \
+  FRESH(SymmetricMatrix, LowerTriangularMatrix, ByBlocks, sum_mixed)      \
+  FRESH(UpperTriangularMatrix, LowerTriangularMatrix, ByBlocks, sum_mixed)
 
 #define QUORVEL_DENSE_SPARSE_FRESH_SUMS(FRESH)                       \
   FRESH(RegularSparseMatrix, SymmetricMatrix, StoredOnDense, none)       \

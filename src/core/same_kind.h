@@ -1,0 +1,54 @@
+// Assignment and unary minus, which read the same in every kind.
+#ifndef QUORVEL_CORE_SAME_KIND_H
+#define QUORVEL_CORE_SAME_KIND_H
+
+#include "core/ownership.h"
+#include "core/sizing.h"
+#include "ops/kernels/kernels.h"
+
+namespace quorvel::detail {
+
+/// Assignment from the same kind: nothing for the same object; a dispensable source gives its storage and dies.
+template <class K>
+K& AssignSameKind(K& target, K& source) {
+  if (&target == &source) return target;
+  RequireAssignable(target, source, code::assign);
+  if constexpr (is_dense<K>) {
+    if (source.dispensable()) {
+      Access::swap_state(target, source);
+      Access::swap_storage(target, source);
+      source.DestroyIfDispensable();
+    } else {
+      CopyContents(target, source);
+    }
+  } else if (source.dispensable()) {
+    target.Swap(source);
+    source.DestroyIfDispensable();
+  } else {
+    target.Copy(source, false);
+  }
+  return target;
+}
+
+/// Unary minus: in place for a dispensable operand, else a new negated copy.
+template <class K>
+K& Negated(K& a) {
+  RequireOk(a, code::negate);
+  if (a.dispensable()) {
+    a.Negate();
+    return a;
+  }
+  NewResult<K> result;
+  if constexpr (is_dense<K>) {
+    SizeForResult(*result, a.nrows(), a.ncols());
+    result->set_nsing(a.nsing());
+    kernels().negate(result->data(), a.data(), StoredIn(a));
+  } else {
+    result->Copy(a, true);
+  }
+  return result.hand_over();
+}
+
+}  // namespace quorvel::detail
+
+#endif

@@ -1,0 +1,60 @@
+// Sizes of dense matrices whose kind is known, without virtual calls; and results that are sized but not filled.
+#ifndef QUORVEL_CORE_SIZING_H
+#define QUORVEL_CORE_SIZING_H
+
+#include <type_traits>
+
+#include "core/fits.h"
+#include "core/kinds.h"
+#include "core/packed.h"
+#include "core/storage.h"
+
+namespace quorvel::detail {
+
+/// Doubles of a matrix of kind K with that size.
+template <class K>
+constexpr std::uint64_t DoublesFor(index_t rows, index_t cols) noexcept {
+  if constexpr (is_packed<K>) return packed_count(rows);
+  return std::is_same_v<K, DiagonalMatrix> ? rows : std::uint64_t{rows} * cols;
+}
+
+/// What StoredCount gives: no matrix has more doubles than an index holds.
+template <class K>
+index_t StoredIn(const K& a) noexcept {
+  return static_cast<index_t>(DoublesFor<K>(a.nrows(), a.ncols()));
+}
+
+/// SetSize(rows, cols, false) for a result whose every stored double is written next: a first array is not cleared.
+template <class K>
+void SizeForResult(K& result, index_t rows, index_t cols) {
+  constexpr bool square = !std::is_same_v<K, RegularMatrix>;
+  if (Usable(result)) {
+    if (result.nrows() == rows && result.ncols() == cols) return;
+    const std::uint64_t count = DoublesFor<K>(rows, cols);
+    if (result.capacity() == 0 && count != 0 && (!square || rows == cols)) {
+      if constexpr (square) {
+        Access::set_order(result, 0);
+        Access::set_array(result, NewDoubles(count), static_cast<index_t>(count));
+        Access::set_order(result, rows);
+      } else {
+        Access::set_size(result, 0, 0);
+        Access::set_array(result, NewDoubles(count), static_cast<index_t>(count));
+        Access::set_size(result, rows, cols);
+      }
+      return;
+    }
+  }
+  result.SetSize(rows, cols, false);
+}
+
+/// As Copy(source, false).
+template <class K>
+void CopyContents(K& target, const K& source) {
+  SizeForResult(target, source.nrows(), source.ncols());
+  target.set_nsing(source.nsing());
+  if (&target != &source) CopyDoubles(target.data(), source.data(), StoredIn(source));
+}
+
+}  // namespace quorvel::detail
+
+#endif
