@@ -17,7 +17,10 @@ quietly() { "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "$*"; }; }
 
 case $architecture in
   amd64) triplet=x86_64-linux-gnu compiler=g++ toolchain=() ;;
-  armhf) triplet=arm-linux-gnueabihf compiler=arm-linux-gnueabihf-g++ toolchain=("-DCMAKE_TOOLCHAIN_FILE=$source/cmake/armhf.cmake") ;;
+  armhf)
+    triplet=arm-linux-gnueabihf compiler=arm-linux-gnueabihf-g++
+    # The cross compiler does not tell CMake which folder of /usr/lib is its target's: that of the package is named.
+    toolchain=("-DCMAKE_TOOLCHAIN_FILE=$source/cmake/armhf.cmake" "-DQuorvel_DIR=$root/usr/lib/$triplet/cmake/Quorvel") ;;
   *) fail "unknown architecture $architecture" ;;
 esac
 
@@ -107,7 +110,7 @@ expect() {
 
 quietly cmake -G Ninja -S "$consumer" -B "$work/package" -DHOW=package -DCMAKE_CXX_COMPILER=$compiler \
   "${toolchain[@]}" -DCMAKE_PREFIX_PATH="$root/usr" -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH
-grep -q "^Quorvel_DIR:PATH=$root/usr/lib/$triplet/cmake/Quorvel$" "$work/package/CMakeCache.txt" ||
+grep -q "^Quorvel_DIR:[A-Z]*=$root/usr/lib/$triplet/cmake/Quorvel$" "$work/package/CMakeCache.txt" ||
   fail "find_package found another Quorvel than the installed one"
 quietly cmake --build "$work/package"
 expect "$work/package/consumer"
