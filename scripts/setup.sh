@@ -18,6 +18,7 @@ tools=(
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
+  "arm|gdb-multiarch|gdb-multiarch|checks the debugger's printers on ARM"
   "package|dpkg-dev|dpkg-buildpackage|builds the Debian packages"
   "package|debhelper|dh|builds the Debian packages"
   "package|fakeroot|fakeroot|installs them into a folder"

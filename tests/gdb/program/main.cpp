@@ -1,4 +1,5 @@
 // What the debugger test stops in: one object of every printed type.
+#include "quorvel/convenience.h"
 #include "quorvel/quorvel.h"
 
 namespace {
@@ -31,7 +32,18 @@ int main() {
   SymmetricSparseMatrix ss(2);
   ss(1, 0) = 9.0;
   auto cell = rs(1, 2);
+  quorvel::Owned<SymmetricMatrix> owned = quorvel::own(s);
+  const RegularMatrix& reference = r;
+  Matrix* base = &u;
+  RegularSparseMatrix many(3, 3);
+  for (unsigned k = 0; k < 9; ++k) many(k / 3, k % 3) = k + 1.0;
+  DiagonalMatrix slope(4);
+  RegularMatrix& temporary = *new RegularMatrix(1, 1);
+  temporary(0, 0) = 6.0;
+  temporary.set_dispensable(true);
   MatrixException caught(40340);
   Stop();
-  return static_cast<int>(r.nrows() + large.nrows() + empty.nrows()) + code + (element > cell ? 1 : 0) + caught.code();
+  temporary.DestroyIfDispensable();
+  return static_cast<int>(r.nrows() + large.nrows() + empty.nrows() + owned.nrows() + reference.nrows() + base->nrows() +
+                          many.nrows() + slope.nrows()) + code + (element > cell ? 1 : 0) + caught.code();
 }
