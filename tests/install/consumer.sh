@@ -36,9 +36,11 @@ for how in "$@"; do
   echo "$how"
   case $how in
     package)
-      configure -S "$consumer" -B "$work/package" -DHOW=package -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH \
-        -DCMAKE_PREFIX_PATH="$work/moved"
-      grep -q "^Quorvel_DIR:PATH=$lib/cmake/Quorvel$" "$work/package/CMakeCache.txt"
+      # A toolchain file that looks below its own root only is told the folder itself.
+      configure -S "$consumer" -B "$work/package" -DHOW=package \
+        ${toolchain:+"-DQuorvel_DIR=$lib/cmake/Quorvel"} "-DCMAKE_PREFIX_PATH=$work/moved"
+      grep -q "^Quorvel_DIR:[A-Z]*=$lib/cmake/Quorvel$" "$work/package/CMakeCache.txt" ||
+        { echo "find_package found another Quorvel than the installed one" >&2; exit 1; }
       quietly "$cmake" --build "$work/package"
       run "$lib" "$work/package/consumer"
       ;;
