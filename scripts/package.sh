@@ -18,7 +18,7 @@ for argument in "$@"; do
   esac
 done
 [ ${#architectures[@]} -gt 0 ] || architectures=(amd64 armhf)
-scripts/setup.sh "${no_install[@]}" build test package
+scripts/setup.sh "${no_install[@]}" build test package manual
 [[ " ${architectures[*]} " != *" armhf "* ]] || scripts/setup.sh "${no_install[@]}" arm
 
 machine=$(dpkg --print-architecture)
@@ -33,7 +33,7 @@ for architecture in "${architectures[@]}"; do
   tree=$packages/work-$architecture/quorvel-$version
   rm -rf "$packages/work-$architecture" "${packages:?}/$architecture"
   mkdir -p "$tree" "$packages/$architecture"
-  git ls-files -z --cached --others --exclude-standard | tar -c --null --ignore-failed-read -T - 2>/dev/null | tar -x -C "$tree"
+  git ls-files -z --cached --others --exclude-standard | tar -c --null --ignore-failed-read -T - | tar -x -C "$tree"
   what=-b
   [ "$architecture" = "$machine" ] || what=-B
   # The build dependencies are what setup.sh installs; dpkg does not know a cross compiler as one of them.

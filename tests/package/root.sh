@@ -82,7 +82,11 @@ fi
 # --- Installed -------------------------------------------------------------------------------------------------------
 
 packages=("$library" "$development")
-[ ! -e "$documents" ] || packages+=("$documents")
+if [ -e "$documents" ]; then # which asks for fonts and scripts that do not matter here
+  packages+=("$documents")
+  printf 'Package: libjs-mathjax\nStatus: install ok installed\nArchitecture: all\nVersion: 2\nMaintainer: -\nDescription: -\n\n' \
+    >>"$root/var/lib/dpkg/status"
+fi
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(fakeroot)
 quietly "${as_root[@]}" dpkg --root="$root" --log=/dev/null --force-unsafe-io -i "${packages[@]}"
@@ -96,6 +100,11 @@ for file in "usr/lib/$triplet/libQuorvel.so.1.0.0" "usr/lib/$triplet/libQuorvel.
   "usr/share/gdb/auto-load/usr/lib/$triplet/libQuorvel.so.1.0.0-gdb.py"; do
   [ -e "$root/$file" ] || fail "no /$file"
 done
+if [ -e "$documents" ]; then
+  for file in html/index.html html/classSymmetricMatrix.html CODES.md.gz examples/readme.cpp; do
+    [ -e "$root/usr/share/doc/libquorvel-dev/$file" ] || fail "no $file in libquorvel-doc"
+  done
+fi
 for header in "$source"/include/quorvel/*.h; do
   cmp -s "$header" "$root/usr/include/quorvel/${header##*/}" || fail "${header##*/} is not installed, or another one"
 done
