@@ -25,6 +25,7 @@ endforeach()
 file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/include/quorvel/*.h")
 list(APPEND QUORVEL_MANUAL_INPUT ${headers})
 list(REMOVE_DUPLICATES QUORVEL_MANUAL_INPUT)
+list(FILTER QUORVEL_MANUAL_INPUT EXCLUDE REGEX "/(export|forward)\\.h$") # nothing for users
 list(JOIN QUORVEL_MANUAL_INPUT "\" \\\n                         \"" QUORVEL_MANUAL_INPUT)
 configure_file("${QUORVEL_MANUAL_TOOLS}/Doxyfile.in" "${QUORVEL_MANUAL_DIR}/Doxyfile" @ONLY)
 
