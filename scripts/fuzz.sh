@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# usage: fuzz.sh [SECONDS [TARGET...]]
+#
+# Builds the fuzz targets (operations, text, simplex, rinex) with Clang and an instrumented library, and runs each for SECONDS
+# of processor time (default 20) from its seeds in tests/fuzz. What they learn is kept in build/fuzz/corpus. Fails at the
+# first finding, which is then in build/fuzz/findings.
+set -euo pipefail
+. "$(dirname "$(readlink -f "$0")")/common.sh"
+
+seconds=${1:-20}
+shift || true
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=(operations text simplex rinex)
+
+quietly cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz \
+  -DCMAKE_CXX_FLAGS_FUZZ="-O1 -g1" -DQUORVEL_SANITIZE=address,undefined,fuzzer-no-link \
+  -DQUORVEL_BUILD_FUZZERS=ON -DQUORVEL_BUILD_TESTS=ON -DQUORVEL_BUILD_EXAMPLES=OFF
+mkdir -p build/fuzz/findings
+for target in "${targets[@]}"; do
+  build build/fuzz "fuzz_$target"
+  seeds=tests/fuzz/corpus/$target length=1500
+  [ "$target" != rinex ] || seeds=tests/fuzz/seeds length=6000
+  mkdir -p "build/fuzz/corpus/$target"
+  inputs=0 used=0
+  log=build/fuzz/fuzz_$target.log
+  : >"$log"
+  # libFuzzer counts wall-clock time: run on until that much processor time is used.
+  while [ "$used" -lt "$seconds" ]; do
+    before=$(cut -d' ' -f1 < <(times | tail -1 | sed 's/[ms]/ /g' | awk '{print int($1*60+$2+$3*60+$4)}'))
+    build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time=$((seconds - used)) -max_len=$length -timeout=60 \
+      -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix=build/fuzz/findings/"$target"- \
+      build/fuzz/corpus/"$target" "$seeds" >>"$log" 2>&1 ||
+      { tail -40 "$log"; echo "FAILED: fuzz_$target has a finding"; exit 1; }
+    after=$(times | tail -1 | sed 's/[ms]/ /g' | awk '{print int($1*60+$2+$3*60+$4)}')
+    spent=$((after - before))
+    used=$((used + (spent > 0 ? spent : 1)))
+    inputs=$((inputs + $(tail -30 "$log" | awk '/stat::number_of_executed_units/ {n = $2} END {print n + 0}')))
+  done
+  echo "fuzz_$target: $inputs inputs in $used s of processor time, no finding"
+done
