@@ -2,16 +2,15 @@
 #
 # The headers carry one comment per family of overloads. For Doxygen
 #   - the comment before the include guard describes the file and, where there are functions, a topic of that name;
-#   - a comment directly above declarations describes all of them, up to the next blank line; at namespace scope also
-#     what follows a blank line, up to the next comment: they become one named group with that text;
+#   - a comment above declarations describes all of them, up to the next blank line; at namespace scope also what follows
+#     that, up to the next comment, as long as it has a name of the family or one that its text mentions: they become
+#     one named group with that text;
 #   - a comment above another comment begins a section: a topic of its own at namespace scope, nothing in a class;
 #   - protected and private members, namespaces of helpers and explicit instantiations are left out.
 # Every declaration of a family gets an empty brief description of its own, which the style sheet hides. Whatever is in
 # no family stays undocumented, so that Doxygen warns of it.
 
 { source[NR] = $0 }
-
-function trim(s) { sub(/^ +/, "", s); sub(/ +$/, "", s); return s }
 
 function is_comment(s) { return s ~ /^ *\/\/\// || s ~ /^ *\/\// }
 function is_doc(s) { return s ~ /^ *\/\/\// }
@@ -139,15 +138,20 @@ function flush_family() { if (members > 0) family(); family_open = 0 }
 # A description behind a member is shown at length.
 function trailing(s) { sub(/\/\/\/< /, "///< @details ", s); return s }
 
-function statement(i,    end, k) {
+function statement(i,    end, k, all, name) {
   end = statement_end(i)
   if (source[i] ~ /^ *extern template/) return end
+  all = ""
+  for (k = i; k < end; ++k) all = all " " source[k]
+  if (family_open && members > 0 && source[i - 1] == "") {
+    name = name_of(all)
+    for (k = 1; k <= members && name_of(member_text[k]) != name; ++k) {}
+    if (k > members && !index(family_text, name)) flush_family()
+  }
   if (family_open) {
     member_first[++members] = i
     member_end[members] = end
-    member_text[members] = ""
-    for (k = i; k < end; ++k) member_text[members] = member_text[members] " " source[k]
-    if (source[i] ~ /^ *template </ && end == i + 1) ;  # the declaration follows
+    member_text[members] = all
   } else {
     for (k = i; k < end; ++k) emit(trailing(source[k]))
   }
@@ -242,7 +246,6 @@ function read_header(    i, j, k, s) {
       ++i
     } else if (s ~ /^namespace .*\{/) {
       emit(s)
-      namespaces = 1
       ++i
     } else if (s ~ /^\}/) {
       flush_family()
