@@ -36,7 +36,7 @@ tools=(
   "bench|libsuitesparse-dev|/usr/include/suitesparse/cholmod.h|a peer in the benchmarks of sparse matrices"
   "bench|gnuplot-nox|gnuplot|draws the benchmarks' pictures"
   "memory|valgrind|valgrind|watches the memory of the test programs"
-  "coverage|gcovr|gcovr|tells which lines and branches the tests reach"
+  "coverage|python3|python3|tells which lines and branches the tests reach"
 )
 
 install=yes

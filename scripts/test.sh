@@ -28,7 +28,7 @@ fi
 
 # digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed. Rooms that feed no results (some exist
 # on the host only) have the digest 0 and are left out.
-digests_of() { grep '^digest ' "build/$1/Testing/Temporary/LastTest.log" | grep -v ' 0000000000000000$' | sort; }
+digests_of() { grep -v ' 0000000000000000$' "build/$1/digests"; }
 
 # tests_digests PRESET ROOM: the lines "digest-of TEST HEX" of that room.
 tests_digests() {
@@ -41,10 +41,12 @@ for preset in "${presets[@]}"; do
   build "build/$preset"
   say "$preset: testing"
   ctest --preset "$preset" -j "$(nproc)" | tee "build/$preset/ctest.out"
+  grep '^digest ' "build/$preset/Testing/Temporary/LastTest.log" | sort >"build/$preset/digests"
 done
 
 say "digests of all results (${presets[0]})"
 digests_of "${presets[0]}"
+echo "digest of all rooms: $(digests_of "${presets[0]}" | sha256sum | cut -c1-16)"
 reference=${presets[0]}
 for preset in "${presets[@]:1}"; do
   rooms=$(comm -3 <(digests_of "$reference") <(digests_of "$preset") | awk '{print $2}' | sort -u)

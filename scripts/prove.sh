@@ -1,0 +1,113 @@
+#!/usr/bin/env bash
+# usage: prove.sh [--short|--long] [--no-install]
+#
+# Everything that shows the library to be right, in one table: what holds, the figure that was measured, how it was
+# obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under 25
+# minutes on two processors. --long is for releases: it adds fuzzing, mutation and the long runs. Fails when a row does;
+# the table and the output of each step are left in build/prove.
+set -euo pipefail
+. "$(dirname "$(readlink -f "$0")")/common.sh"
+
+long=no
+no_install=()
+for argument in "$@"; do
+  case $argument in
+    --short) long=no ;;
+    --long) long=yes ;;
+    --no-install) no_install=(--no-install) ;;
+    *) sed -n 's/^# \(usage: .*\)/\1/p' "$0" >&2; exit 2 ;;
+  esac
+done
+
+logs=build/prove
+rm -rf "$logs"
+mkdir -p "$logs"
+table=$logs/table.md
+printf '| what holds | figure | how | verdict |\n|---|---|---|---|\n' >"$table"
+
+# row WHAT FIGURE HOW: pass, unless the last step failed or gave no figure.
+row() {
+  local verdict=$verdict
+  [ -n "$2" ] || verdict=FAILED
+  echo "| $1 | ${2:-none} | $3 | $verdict |" | tee -a "$table"
+}
+
+# step NAME COMMAND...: runs it with its output in $logs/NAME; $verdict tells how it went.
+step() {
+  local name=$1 before=$SECONDS
+  shift
+  say "$name: $*"
+  verdict=pass
+  "$@" >"$logs/$name" 2>&1 || { verdict=FAILED; tail -n 30 "$logs/$name"; }
+  echo "$verdict after $((SECONDS - before)) s"
+}
+
+# first FILE EXPRESSION: the first line of the file that the sed substitution fits, substituted; nothing when there is none.
+first() { [ ! -e "$1" ] || sed -nE "s/$2/p" "$1" | head -n 1; }
+
+# --- The suite ----------------------------------------------------------------------------------------------------------
+
+rm -f build/{release,sanitize,clang,armhf}/{ctest.out,digests}
+step suite scripts/test.sh "${no_install[@]}"
+suite=$verdict
+for preset in release clang sanitize armhf; do
+  case $preset in
+    release) what="The suite passes with GCC" ;;
+    clang) what="It passes with Clang" ;;
+    sanitize) what="No finding of the address, leak and undefined-behaviour sanitizers" ;;
+    armhf) what="It passes on 32-bit ARM, under QEMU" ;;
+  esac
+  row "$what" "$(first build/$preset/ctest.out '.*100% tests passed, 0 tests failed out of ([0-9]+).*/\1 test programs')" \
+    "\`scripts/test.sh\`, preset $preset"
+done
+
+builds=$(grep -c ': the same$' "$logs/suite" || true)
+row "One digest of all results: compilers, -O0 to -O3 and -Os, kernels, x86-64, ARM vfpv3-d16 and vfpv4" \
+  "$(first "$logs/suite" 'digest of all rooms: (.*)/\1')${builds:+, $builds comparisons}" "\`scripts/test.sh\`"
+row "Results with sines: the same bits from the same sines; the C library's are within 1 ulp" \
+  "$(first build/armhf/digests 'digest sincos (.*)/\1')" "room \`sincos\`, host and ARM"
+
+step called ctest --preset release -R '^abi.every_function_is_called$' -V
+row "Every exported function is called by a test" "$(first "$logs/called" '.* ([0-9]+ signatures called.*)/\1')" \
+  "\`tests/abi/called.sh\`, host"
+step called_arm ctest --preset armhf -R '^abi.every_function_is_called$' -V
+row "The same on ARM" "$(first "$logs/called_arm" '.* ([0-9]+ signatures called.*)/\1')" "\`tests/abi/called.sh\`, armhf"
+
+verdict=$suite
+step misuse "build/release/tests/misuse/test_misuse" --gtest_brief=1
+row "Random misuse neither crashes nor leaks nor throws an undocumented code" \
+  "$(first "$logs/misuse" 'misuse: (.*)/\1')" "room \`misuse\`, also on ARM and with sanitizers"
+row "Every exported function survives the failure of each of its allocations" \
+  "$(first "$logs/misuse" 'exhaustion: (.*)/\1')" "room \`misuse\`"
+step codes ctest --preset release -R '^misuse.(codes|complete)$' -V
+row "Every code of the catalogue is thrown by a test, and no other" "$(first "$logs/codes" '^[0-9]+: ([0-9]+ operation codes.*)/\1')" \
+  "\`tests/misuse/codes.py\`"
+step writes build/release/tests/test_failure --gtest_filter='WriteFailure.*'
+row "Every write of the text forms fails in turn; nothing crashes or leaks" \
+  "$(first "$logs/writes" '.*PASSED. *\] ([0-9]+ tests).*/\1')" "\`tests/failure/write_failure.cpp\`"
+
+# --- Coverage and memory ------------------------------------------------------------------------------------------------
+
+step coverage scripts/coverage.sh "${no_install[@]}"
+row "Lines of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^lines: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
+row "Branches of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^branches: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
+step valgrind scripts/valgrind.sh "${no_install[@]}"
+row "Valgrind finds nothing in the suite" "$(first "$logs/valgrind" '^([0-9]+ rooms, no finding)/\1')" "\`scripts/valgrind.sh\`"
+
+# --- For releases -------------------------------------------------------------------------------------------------------
+
+if [ $long = yes ]; then
+  step fuzz scripts/fuzz.sh 600
+  row "Fuzzing finds nothing: operation sequences, text output, the simplex routine, RINEX files" \
+    "$(sed -n 's/^fuzz_\([a-z]*: [0-9]* inputs in [0-9]* s\).*/\1/p' "$logs/fuzz" | paste -sd ';')" "\`scripts/fuzz.sh 600\`"
+  step mutation python3 tools/mutation/mutate.py --build build/release --count 600 --minimum 90
+  row "Changes of one token in \`src/\` that the suite notices" "$(first "$logs/mutation" '^mutation score (.*)/\1')" \
+    "\`tools/mutation/mutate.py\`"
+  step long_runs env QUORVEL_LONG_STEPS=1000000 build/release/tests/test_endurance --gtest_brief=1
+  row "Filters of a million steps stay symmetric, definite and in agreement" \
+    "$(first "$logs/long_runs" '.*: ([0-9]+ steps, .*)/\1')" "room \`endurance\`"
+fi
+
+say "the table (build/prove/table.md)"
+cat "$table"
+! grep -q '| FAILED |$' "$table" || exit 1
