@@ -54,6 +54,7 @@ void FailWith(int value, const Matrix* first, const Matrix* second, const Matrix
   const bool same_third = third == first || third == second;
   if (first != nullptr) first->DestroyIfDispensable();
   if (second != nullptr && !same_second) second->DestroyIfDispensable();
+  // never all ways: a result that is an operand, too, has been refused as one before
   if (third != nullptr && !same_third) third->DestroyIfDispensable();
   abort_set(value);
   throw MatrixException(value);

@@ -14,8 +14,8 @@ Matrix::Matrix(Matrix&& source) noexcept
   source.flags_ &= dispensable_bit;
 }
 
+/// Not onto itself: the kinds see to that.
 Matrix& Matrix::operator=(Matrix&& source) noexcept {
-  if (this == &source) return *this;
   nsing_ = std::exchange(source.nsing_, -1);
   flags_ = static_cast<unsigned char>((flags_ & dispensable_bit) | (source.flags_ & ~dispensable_bit));
   source.flags_ &= dispensable_bit;
@@ -45,7 +45,7 @@ void Matrix::set_dispensable(bool dispensable) noexcept {
 }
 
 void Matrix::DestroyIfDispensable() const noexcept {
-  if (dispensable()) delete this;
+  if (dispensable()) delete this;  // never all ways: the language asks whether this is null
 }
 
 // Offsets on machines with 4-byte pointers; wider ones keep the order of the fields.

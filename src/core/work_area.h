@@ -40,7 +40,7 @@ class IndexArea {
  public:
   explicit IndexArea(std::size_t count) {
     if (count <= OnStack) return;
-    heap_.reset(new (std::nothrow) index_t[count]);
+    heap_.reset(new (std::nothrow) index_t[count]);  // never all ways: the count fits, which the language asks
     TestNULL(heap_.get(), code::allocate);
   }
   IndexArea(const IndexArea&) = delete;

@@ -126,7 +126,7 @@ class RowFactor {
 
  private:
   void build_row(index_t i) {
-    if (!load(i) && Pivots::from_first_element) return;
+    if (!load(i) && Pivots::from_first_element) return;  // never all ways: from_first_element is a constant
     for (const index_t j : spoilt_) {
       if (j >= first_) marks_.add(j);
     }
@@ -146,7 +146,7 @@ class RowFactor {
     first_ = Pivots::from_first_element ? n_ : 0;
     bool any = false;
     const auto take = [&](index_t j, double value) {
-      if (value == 0.0 || !pivots_.keeps(j)) return;
+      if (value == 0.0 || !pivots_.keeps(j)) return;  // never all ways: the exact pivots keep every column
       if (!any && Pivots::from_first_element) first_ = j;
       any = true;
       if (j == i) {
@@ -157,6 +157,7 @@ class RowFactor {
       }
     };
     if constexpr (side == Side::lower) {
+      // never all ways: column lists of the symmetric kind end at the diagonal
       for (const SparseElement* e = a_.colHeads[i]; e != nullptr && e->row <= i; e = e->nextInCol) take(e->row, e->value);
     } else {
       for (const SparseElement* e = a_.rowHeads[i]; e != nullptr; e = e->nextInRow) {

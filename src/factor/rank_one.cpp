@@ -127,6 +127,7 @@ void RankOneUpdateNZ(RegularMatrix& A, const RegularMatrix& x, const unsigned* x
 void RankOneUpdateNZ(SparseMatrix& A, const RegularSparseMatrix& x, const unsigned* xnz, unsigned nx,
                      const RegularSparseMatrix& y, const unsigned* ynz, unsigned ny, double a) {
   detail::Operands operands(1, A, x, y);
+  // never all ways: a sparse matrix is of one of the two kinds
   const bool sparse = A.kind() == Matrix::regular_sparse || A.kind() == Matrix::symmetric_sparse;
   detail::RankOne(sparse, operands, [&] { detail::UpdateListed(A, x, {xnz, nx}, y, {ynz, ny}, a); });
 }

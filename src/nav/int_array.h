@@ -14,6 +14,7 @@ namespace quorvel::detail {
 /// `count` ints, uninitialised (none for a negative count); throws 10680 when memory is exhausted.
 class IntArray {
  public:
+  // never all ways: the count fits, which the language asks
   explicit IntArray(std::int64_t count) : ints_(new (std::nothrow) int[count > 0 ? static_cast<std::size_t>(count) : 0]) {
     TestNULL(ints_.get(), code::allocate);
   }

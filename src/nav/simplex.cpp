@@ -154,7 +154,7 @@ class PhaseOne {
         return optimal;
       }
       const int row = t_.ChooseRow(entering.column);
-      if (row == none) return unbounded;
+      if (row == none) return unbounded;  // never all ways: the sum of the artificials is bounded
       Exchange(row, entering.column);
     }
   }

@@ -60,10 +60,10 @@ void FillSparseKron(K& to, const Rule<A>& a, const Rule<B>& b) {
       const index_t row = i * b.rows() + k;
       SparseElement* prev = nullptr;
       ForStored(a, i, [&](index_t j, double factor) {
-        if (upper_only && j < i) return;
+        if (upper_only && j < i) return;  // never all ways: upper_only is a constant
         ForStored(b, k, [&](index_t l, double e) {
           const index_t col = j * b.cols() + l;
-          if (upper_only && col < row) return;
+          if (upper_only && col < row) return;  // never all ways: upper_only is a constant
           const double product = factor * e;
           if (product != 0.0) prev = writer.append(prev, row, col, product);
         });

@@ -87,6 +87,7 @@ class ColumnsOf {
 class SparseSums {
  public:
   explicit SparseSums(index_t length)
+      // never all ways: a count of 32 bits fits, which the language asks
       : sums_(Scratch(length)), touched_(new index_t[length]), seen_(new bool[length]()) {}
 
   void add(index_t j, double term) noexcept {

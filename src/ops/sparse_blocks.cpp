@@ -20,6 +20,7 @@ using detail::RowsOf;
 /// One row of X Q after another: only its non-zero elements are kept, so a zero in it gives no term.
 class WorkRow {
  public:
+  // never all ways: a count of 32 bits fits, which the language asks
   explicit WorkRow(index_t m) : sums_(m), index_(new index_t[m]), value_(detail::Scratch(m)) {}
 
   template <class X, class Q>

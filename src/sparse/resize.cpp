@@ -17,6 +17,7 @@ namespace {
 using Heads = std::unique_ptr<SparseElement*[]>;
 
 /// An array of empty lists.
+// never all ways: a count of 32 bits fits, which the language asks
 Heads NewHeads(index_t count) { return Heads(new SparseElement*[count]()); }
 
 template <class Axis>

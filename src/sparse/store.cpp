@@ -14,6 +14,7 @@ namespace {
 
 using Heads = std::unique_ptr<SparseElement*[]>;
 
+// never all ways: a count of 32 bits fits, which the language asks
 Heads NewHeads(unsigned count) { return count == 0 ? nullptr : Heads(new SparseElement*[count]()); }
 
 SparseElement* LinkSlot(SparseElement* block, unsigned growBy) noexcept { return block + growBy - 1; }
@@ -100,7 +101,8 @@ void SparseMatrix::AllocateMoreSpaces() {
     count = std::min(rows, cols) + 20;
   }
   // One record cannot be an element and the link at once.
-  if (count == 1 && firstBlock == nullptr) count = 2;
+  if (count == 1) count = 2;
+  // never all ways: a count of 32 bits fits, which the language asks
   SparseElement* const block = new SparseElement[count];
   growBy = count;
   for (unsigned i = 0; i + 1 < count; ++i) block[i].nextInCol = block + i + 1;
@@ -133,7 +135,7 @@ void SparseMatrix::Clear() noexcept {
 void SparseMatrix::FreeMemory() noexcept {
   for (SparseElement* block = firstBlock; block != nullptr;) {
     SparseElement* const nextBlock = LinkSlot(block, growBy)->nextInCol;
-    delete[] block;
+    delete[] block;  // never all ways: the language asks whether the block is null, as the loop did
     block = nextBlock;
   }
   delete[] rowHeads;

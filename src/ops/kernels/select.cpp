@@ -25,10 +25,11 @@ Candidates Runnable() noexcept {
   Candidates found;
 #if defined(__x86_64__) && defined(__LP64__)
   __builtin_cpu_init();  // the first product may be formed before the static constructors have run
+  // never all ways: the processor is what it is
   if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl")) {
     found.add(kernels_avx512);
   }
-  if (__builtin_cpu_supports("avx2")) found.add(kernels_avx2);
+  if (__builtin_cpu_supports("avx2")) found.add(kernels_avx2);  // never all ways: the processor is what it is
   found.add(kernels_sse2);
 #endif
   found.add(kernels_portable);
@@ -46,6 +47,7 @@ const Kernels& Choose() noexcept {
     const char* names[4];
     for (unsigned k = 0; k < found.count; ++k) names[k] = found.of[k]->name;
     const char* const wanted = quorvel_choose_kernels(names, found.count);
+    // never all ways: what the hook returns is one of the names
     for (unsigned k = 0; wanted != nullptr && k < found.count; ++k) {
       if (SameName(wanted, names[k])) return *found.of[k];
     }
@@ -56,7 +58,7 @@ const Kernels& Choose() noexcept {
 }  // namespace
 
 const Kernels& kernels() noexcept {
-  static const Kernels& chosen = Choose();
+  static const Kernels& chosen = Choose();  // never all ways: two threads would have to meet here
   return chosen;
 }
 
