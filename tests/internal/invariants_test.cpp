@@ -50,6 +50,41 @@ TEST_F(Invariants, LineReaders) {
   EXPECT_DEATH(r.GetLimitedCol(0, out, first, last), "templates:1278: .*GetLimitedCol_T.*Invalid type");
 }
 
+// A diagonal matrix under the tags that its conversions accept besides its own: more positions are visited, and there the
+// type gives zeros.
+TEST_F(Invariants, ADiagonalMatrixUnderOtherTags) {
+  DiagonalMatrix d(2);
+  d(0, 0) = 3.0;
+  d(1, 1) = 4.0;
+  SymmetricMatrix symmetric(2);
+  UpperTriangularMatrix upper(2);
+  LowerTriangularMatrix lower(2);
+  symmetric(0, 1) = upper(0, 1) = lower(1, 0) = 7.0;
+  Access::set_kind(d, Matrix::symmetric);
+  symmetric = d;
+  const RegularMatrix from_symmetric(d);
+  Access::set_kind(d, Matrix::upper_triangular);
+  upper = d;
+  const RegularMatrix from_upper(d);
+  Access::set_kind(d, Matrix::lower_triangular);
+  lower = d;
+  const RegularMatrix from_lower(d);
+  Access::set_kind(d, Matrix::diagonal);
+  for (const RegularMatrix* a : {&from_symmetric, &from_upper, &from_lower}) {
+    EXPECT_EQ((*a)(0, 0), 3.0);
+    EXPECT_EQ((*a)(0, 1), 0.0);
+    EXPECT_EQ((*a)(1, 0), 0.0);
+    EXPECT_EQ((*a)(1, 1), 4.0);
+  }
+  for (const SingleArrayMatrix* a : {static_cast<const SingleArrayMatrix*>(&symmetric),
+                                     static_cast<const SingleArrayMatrix*>(&upper),
+                                     static_cast<const SingleArrayMatrix*>(&lower)}) {
+    EXPECT_EQ(a->data()[0], 3.0) << a->ClassName();
+    EXPECT_EQ(a->data()[1], 0.0) << a->ClassName();
+    EXPECT_EQ(a->data()[2], 4.0) << a->ClassName();
+  }
+}
+
 TEST_F(Invariants, TheTagPicksThePositionsAndTheTypeTheRule) {
   // A symmetric matrix under the upper tag: its upper triangle is visited, the rest is zero.
   SymmetricMatrix s(2);

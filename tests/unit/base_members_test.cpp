@@ -138,6 +138,9 @@ void DivideByConstant(const K& twice) {
   b(1) = -4.0;
   const RegularMatrix x(twice > b);
   EXPECT_EQ(Stored(x), (std::vector<double>{3.0, -2.0})) << twice.ClassName();
+  const RegularMatrix& constant = b;
+  const RegularMatrix y(twice > constant);
+  EXPECT_EQ(Stored(y), (std::vector<double>{3.0, -2.0})) << twice.ClassName();
   EXPECT_EQ(twice.nsing(), 0);
   EXPECT_EQ(b(0), 6.0);
   RegularMatrix& temporary = DispensableCopy(b);
