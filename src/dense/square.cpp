@@ -9,8 +9,8 @@ namespace detail = quorvel::detail;
 SquareMatrix::SquareMatrix(SquareMatrix&& source) noexcept
     : SingleArrayMatrix(std::move(source)), n_(std::exchange(source.n_, 0u)) {}
 
+/// Not onto itself: the kinds see to that.
 SquareMatrix& SquareMatrix::operator=(SquareMatrix&& source) noexcept {
-  if (this == &source) return *this;
   SingleArrayMatrix::operator=(std::move(source));
   n_ = std::exchange(source.n_, 0u);
   return *this;

@@ -224,5 +224,23 @@ TEST(RarePaths, ReversedColumnsOfABlock) {
   EXPECT_THROW(static_cast<void>(GetSubMat(out, a, 2, 0, 0, 1)), std::bad_array_new_length);
 }
 
+// The code of a result that refuses to be resized passes, and the result dies.
+TEST(RarePaths, ASumIntoADispensableSparseResultOfAnotherSize) {
+  const RegularSparseMatrix a(3, 3), b(3, 3);
+  EXPECT_CODE(static_cast<void>(Plus(Dispensable<RegularSparseMatrix>(2u, 2u), a, b)), 40000);
+}
+
+// A solution that overflows is not refined into NaN; the other unknowns are right.
+TEST(RarePaths, ASolutionThatOverflows) {
+  RegularMatrix a(2, 2), b(2, 1);
+  a(0, 0) = 1e-150;
+  a(1, 1) = 2.0;
+  b(0) = 1e200;
+  b(1) = 3.0;
+  const RegularMatrix x(a > b);
+  EXPECT_EQ(x(0), kInfinity);
+  EXPECT_EQ(x(1), 1.5);
+}
+
 }  // namespace
 }  // namespace quorvel::test
