@@ -24,7 +24,9 @@ awk -v called="$work/called" -v uncalled="$work/uncalled" '
   FILENAME ~ /names$/ {if ($2 in used) reached[$1]; next}
   {to = $1 in reached ? called : uncalled; sub(/^[^ ]* /, ""); print >to}' "$work/used" "$work/names" "$work/signatures"
 sort -u -o "$work/called" "$work/called"
-sort -u -o "$work/uncalled" "$work/uncalled"
+# Of the three forms of a destructor one is enough.
+sort -u "$work/uncalled" | comm -23 - "$work/called" >"$work/left"
+mv "$work/left" "$work/uncalled"
 sed -e 's/ *#.*//' -e '/^$/d' "$list" | sort -u >"$work/within"
 
 status=0
