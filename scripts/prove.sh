@@ -67,6 +67,10 @@ row "One digest of all results: compilers, -O0 to -O3 and -Os, kernels, x86-64, 
 row "Results with sines: the same bits from the same sines; the C library's are within 1 ulp" \
   "$(first build/armhf/digests 'digest sincos (.*)/\1')" "room \`sincos\`, host and ARM"
 
+verdict=$suite
+row "The interface is the committed one: symbols, layouts, virtual slots, on x86-64 and ARM" \
+  "$(sed -n 's/^as committed: //p' "$logs/suite" | paste -sd ';')" "\`scripts/abi.sh\` (abidiff)"
+
 step called ctest --preset release -R '^abi.every_function_is_called$' -V
 row "Every exported function is called by a test" "$(first "$logs/called" '.* ([0-9]+ signatures called.*)/\1')" \
   "\`tests/abi/called.sh\`, host"
@@ -106,6 +110,9 @@ if [ $long = yes ]; then
   step long_runs env QUORVEL_LONG_STEPS=1000000 build/release/tests/test_endurance --gtest_brief=1
   row "Filters of a million steps stay symmetric, definite and in agreement" \
     "$(first "$logs/long_runs" '.*: ([0-9]+ steps, .*)/\1')" "room \`endurance\`"
+  step packages scripts/package.sh "${no_install[@]}"
+  row "The Debian packages have no errors, and serve a program in an empty root, on x86-64 and ARM" \
+    "$(grep -c ': builds and runs$' "$logs/packages") programs built and run" "\`scripts/package.sh\` (lintian)"
 fi
 
 say "the table (build/prove/table.md)"
