@@ -52,6 +52,7 @@ race() {
   env OPENBLAS_NUM_THREADS=1 "${core[@]}" "build/bench/benchmarks/bench_$1" --effort $effort --only "$only" \
     "${without[@]}" >"$raw/$1-$2.txt" 2>"$raw/$1-$2.log" || { cat "$raw/$1-$2.log" >&2; echo "FAILED: bench_$1" >&2; exit 1; }
 }
+echo "# measured: $(date +%F), compiled with $(c++ --version | head -n 1)" >"$raw/default-0.txt"
 for run in $(seq $runs); do
   for flavour in default native; do
     say "run $run of $runs, $flavour"

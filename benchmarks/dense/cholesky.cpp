@@ -44,6 +44,10 @@ void Factor(bench::Size size, const std::function<void(bench::Race&)>& hold) {
     llt.compute(ep);
     use(bench::LowerOf(llt.matrixLLT(), n));
   });
+  race.add("Eigen new", "llt().matrixL()", [&](auto use) {
+    const MatrixXd l = ep.llt().matrixL();
+    use(l);
+  });
   race.add("Eigen", "LLT in place", [&](auto use) {
     el = ep;
     Eigen::LLT<Eigen::Ref<MatrixXd>> in_place(el);
@@ -84,6 +88,10 @@ void Inverse(bench::Size size, const std::function<void(bench::Race&)>& hold) {
     ex.setIdentity();
     llt.solveInPlace(ex);
     use(ex);
+  });
+  race.add("Eigen new", "llt().solve(identity)", [&](auto use) {
+    const MatrixXd x = ep.llt().solve(MatrixXd::Identity(order, order));
+    use(x);
   });
   race.add("Eigen", "LLT, inverse of L, its product", [&](auto use) {
     llt.compute(ep);

@@ -38,6 +38,10 @@ void Congruence(bench::Size size, const std::function<void(bench::Race&)>& hold)
     ec.triangularView<Eigen::Upper>() = x * ew;
     use(bench::MirroredUpper(ec, n));
   });
+  race.add("Eigen new", "x * Q * y", [&](auto use) {
+    const MatrixXd c = x * eq * y;
+    use(c);
+  });
   race.add("Eigen", "all of Q, then the triangle", [&](auto use) {
     ew.noalias() = eq * y;
     ec.triangularView<Eigen::Upper>() = x * ew;

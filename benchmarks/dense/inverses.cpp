@@ -49,6 +49,10 @@ void ByElimination(bench::Size size, const std::function<void(bench::Race&)>& ho
     ex = lu.inverse();
     use(ex);
   });
+  race.add("Eigen new", "inverse()", [&](auto use) {
+    const MatrixXd x = o.ea.inverse();
+    use(x);
+  });
   race.add("OpenBLAS", "dgetrf, dgetri", [&](auto use) {
     cx = o.ca;
     dgetrf_(&o.order, &o.order, cx.data(), &o.order, pivots.data(), &info);

@@ -35,6 +35,10 @@ void General(bench::Size size, const std::function<void(bench::Race&)>& hold) {
     ec.noalias() = x * y;
     use(ec);
   });
+  race.add("Eigen new", "operator*", [&](auto use) {
+    const MatrixXd c = x * y;
+    use(c);
+  });
   if (n <= 24) {
     race.add("Eigen", "lazyProduct", [&](auto use) {
       ec.noalias() = x.lazyProduct(y);
@@ -81,6 +85,10 @@ void OwnTranspose(bench::Size size, const std::function<void(bench::Race&)>& hol
   race.add("Eigen", "noalias, all of it", [&](auto use) {
     ec.noalias() = x * y;
     use(ec);
+  });
+  race.add("Eigen new", "operator*", [&](auto use) {
+    const MatrixXd c = x * y;
+    use(c);
   });
   race.add("OpenBLAS", "dsyrk", [&](auto use) {
     dsyrk_("U", &ta, &order, &order, &bench::kOne, ca.data(), &order, &bench::kZero, cc.data(), &order);

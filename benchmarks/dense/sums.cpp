@@ -29,6 +29,10 @@ void Sum(bench::Size size, const std::function<void(bench::Race&)>& hold) {
     ec = ea + eb;
     use(ec);
   });
+  race.add("Eigen new", "operator+", [&](auto use) {
+    const MatrixXd c = ea + eb;
+    use(c);
+  });
   race.add("OpenBLAS", "dcopy, daxpy", [&](auto use) {
     dcopy_(&count, ca.data(), &bench::kUnit, cc.data(), &bench::kUnit);
     daxpy_(&count, &bench::kOne, cb.data(), &bench::kUnit, cc.data(), &bench::kUnit);
@@ -64,6 +68,10 @@ void SumOfSymmetric(bench::Size size, const std::function<void(bench::Race&)>& h
     SymmetricMatrix c(a + b);
     use(c);
   });
+  race.add("Eigen new", "operator+", [&](auto use) {
+    const MatrixXd c = ea + eb;
+    use(c);
+  });
   race.add("Eigen", "all of it", [&](auto use) {
     ec = ea + eb;
     use(ec);
@@ -92,6 +100,10 @@ void Transpose(bench::Size size, const std::function<void(bench::Race&)>& hold) 
   race.add("Eigen", "transpose", [&](auto use) {
     ec = ea.transpose();
     use(ec);
+  });
+  race.add("Eigen new", "transpose", [&](auto use) {
+    const MatrixXd c = ea.transpose();
+    use(c);
   });
   race.add("OpenBLAS", "domatcopy", [&](auto use) {
     constexpr int by_columns = 102, transposed = 112;

@@ -1,10 +1,6 @@
 // How much of the machine the product uses: beside A*B a loop that does as many multiplications and as many additions
 // on registers alone, not fused, with the widest vectors that the processor has. Ours / peak says it all: 1.05 is 95 %.
 
-#if defined(__x86_64__)
-#include <immintrin.h>
-#endif
-
 #include "race/race.h"
 #include "race/samples.h"
 
@@ -24,34 +20,31 @@ double Portable(double pairs) {
   return sum[0];
 }
 #else
-// `pairs` multiplications, each with its addition: twelve independent sums, more than the latency. What the compiler
-// cannot see through it can neither fuse nor move out of the loop.
-#define QUORVEL_PEAK(NAME, TARGET, VECTOR, SET, MUL, ADD, CONSTRAINT, LANES, SUMS)      \
-  __attribute__((target(TARGET))) double NAME(double pairs) {                           \
-    VECTOR x = SET(1e-9), y = SET(0.5), c[SUMS], t;                                     \
-    for (auto& v : c) v = SET(1.0);                                                     \
-    asm volatile("" : "+" CONSTRAINT(x), "+" CONSTRAINT(y));                            \
-    const long rounds = static_cast<long>(pairs / (SUMS * LANES));                      \
-    for (long r = 0; r < rounds; ++r) {                                                 \
-      _Pragma("GCC unroll 32") for (int k = 0; k < SUMS; ++k) {                         \
-        t = MUL(x, y);                                                                  \
-        asm volatile("" : "+" CONSTRAINT(t));                                           \
-        c[k] = ADD(c[k], t);                                                            \
-        asm volatile("" : "+" CONSTRAINT(c[k]));                                        \
-      }                                                                                 \
-    }                                                                                   \
-    double total = 0.0;                                                                 \
-    for (auto& v : c) {                                                                 \
-      double lanes[LANES];                                                              \
-      __builtin_memcpy(lanes, &v, sizeof lanes);                                        \
-      total += lanes[0];                                                                \
-    }                                                                                   \
-    return total;                                                                       \
+// `pairs` multiplications, each with its addition: twelve independent sums, more than the latency. In assembly, so that no
+// compiler fuses, moves or spills.
+// clang-format off
+#define QUORVEL_TWELVE(PAIR)                                                                          \
+  PAIR("2", "4") PAIR("3", "5") PAIR("2", "6") PAIR("3", "7") PAIR("2", "8") PAIR("3", "9")           \
+  PAIR("2", "10") PAIR("3", "11") PAIR("2", "12") PAIR("3", "13") PAIR("2", "14") PAIR("3", "15")
+#define QUORVEL_WIDE(V, T, C) "vmulpd %%" V "0, %%" V "1, %%" V T "\n\tvaddpd %%" V T ", %%" V C ", %%" V C "\n\t"
+#define QUORVEL_SSE2(T, C) "movapd %%xmm0, %%xmm" T "\n\tmulpd %%xmm1, %%xmm" T "\n\taddpd %%xmm" T ", %%xmm" C "\n\t"
+#define QUORVEL_AVX2(T, C) QUORVEL_WIDE("ymm", T, C)
+#define QUORVEL_AVX512(T, C) QUORVEL_WIDE("zmm", T, C)
+#define QUORVEL_PEAK(NAME, PAIR, LANES, CLEAN)                                                        \
+  double NAME(double pairs) {                                                                         \
+    long rounds = static_cast<long>(pairs / (12 * LANES)) + 1;                                        \
+    asm volatile("xorpd %%xmm0, %%xmm0\n\txorpd %%xmm1, %%xmm1\n\t"                                  \
+                 ".p2align 5\n1:\n\t" QUORVEL_TWELVE(PAIR) "dec %0\n\tjnz 1b\n\t" CLEAN              \
+                 : "+r"(rounds)                                                                       \
+                 :                                                                                    \
+                 : "cc", "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "xmm8",      \
+                   "xmm9", "xmm10", "xmm11", "xmm12", "xmm13", "xmm14", "xmm15");                     \
+    return static_cast<double>(rounds);                                                               \
   }
-QUORVEL_PEAK(Sse2, "sse2", __m128d, _mm_set1_pd, _mm_mul_pd, _mm_add_pd, "x", 2, 12)
-QUORVEL_PEAK(Avx2, "avx2", __m256d, _mm256_set1_pd, _mm256_mul_pd, _mm256_add_pd, "x", 4, 12)
-QUORVEL_PEAK(Avx512, "avx512f", __m512d, _mm512_set1_pd, _mm512_mul_pd, _mm512_add_pd, "v", 8, 12)
-#undef QUORVEL_PEAK
+QUORVEL_PEAK(Sse2, QUORVEL_SSE2, 2, "")
+QUORVEL_PEAK(Avx2, QUORVEL_AVX2, 4, "vzeroupper")
+QUORVEL_PEAK(Avx512, QUORVEL_AVX512, 8, "vzeroupper")
+// clang-format on
 #endif
 
 double (*Widest())(double) {

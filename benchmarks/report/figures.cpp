@@ -35,8 +35,8 @@ double Median(std::vector<double> x) {
 
 const std::vector<Column>& Columns() {
   static const std::vector<Column> columns{
-      {"E", "Eigen", "default"},   {"O", "OpenBLAS", "default"},  {"A", "Armadillo", "default"},
-      {"EN", "Eigen", "native"},   {"ON", "OpenBLAS", "native"},  {"S", "CHOLMOD", "default"},
+      {"E", "Eigen", "default"},   {"F", "Eigen new", "default"}, {"O", "OpenBLAS", "default"},  {"A", "Armadillo", "default"},
+      {"EN", "Eigen", "native"},   {"FN", "Eigen new", "native"}, {"ON", "OpenBLAS", "native"},  {"S", "CHOLMOD", "default"},
       {"peak", "peak", "default"}, {"bare", "bare", "default"},
   };
   return columns;

@@ -23,6 +23,13 @@ std::string Duration(double seconds) {
   return Text("%.3g ms", seconds * 1e3);
 }
 
+// A name in running text: its asterisks are no emphasis.
+std::string Escaped(const std::string& name) {
+  std::string text;
+  for (const char c : name) text += c == '*' ? std::string("\\*") : std::string(1, c);
+  return text;
+}
+
 std::string Name(Point point) {
   return point.second == 0 ? Text("%u", point.first) : Text("%u × %u", point.first, point.second);
 }
@@ -53,7 +60,7 @@ std::string Remark(const Figures& figures, const Operation& operation) {
 }
 
 std::string Picture(const Operation& operation) {
-  return "\n![" + operation.name + "](performance/" + FileName(operation.name) + ".svg)\n";
+  return "\n![" + Escaped(operation.name) + "](performance/" + FileName(operation.name) + ".svg)\n";
 }
 
 // One row per size: our time, and the ratio in every column.
@@ -89,7 +96,7 @@ std::string Chapter(const Figures& figures, const char* chapter) {
   std::string text;
   for (const Operation& operation : figures.operations) {
     if (operation.chapter != chapter) continue;
-    text += "### " + operation.name + "\n\n" + RatioTable(figures, operation) + Forms(operation) +
+    text += "### " + Escaped(operation.name) + "\n\n" + RatioTable(figures, operation) + Forms(operation) +
             Remark(figures, operation) + Picture(operation) + "\n";
   }
   return text;
@@ -143,7 +150,7 @@ std::string Summary(const Figures& figures) {
       }
       if (count > 0) slower += (slower.empty() ? "" : "; ") + Text("%s (up to %.2f)", column.label.c_str(), worst);
     }
-    text += "| " + operation.name + " | " + (score.all == 0 ? "" : Text("%u of %u", score.met, score.all)) + " | " +
+    text += "| " + Escaped(operation.name) + " | " + (score.all == 0 ? "" : Text("%u of %u", score.met, score.all)) + " | " +
             score.missed + " | " + slower + " |\n";
   }
   return text;
@@ -175,7 +182,7 @@ std::string Overhead(const Figures& figures) {
       const double ours = Seconds(runs, kOurs, "default") * 1e9, bare = Seconds(runs, "bare", "default") * 1e9;
       const double overhead = ours - bare;
       text += Text(overhead <= 25.0 ? "| %s | %.1f ns | %.1f ns | %.1f ns |\n" : "| %s | %.1f ns | %.1f ns | **%.1f ns** |\n",
-                   operation.name.substr(operation.name.find("of ") + 3).c_str(), ours, bare, overhead);
+                   Escaped(operation.name.substr(operation.name.find("of ") + 3)).c_str(), ours, bare, overhead);
     }
   }
   return text;
@@ -186,7 +193,7 @@ std::string Growth(const Figures& figures) {
   for (const Operation& operation : figures.operations) {
     if (operation.chapter != "growth") continue;
     const std::vector<Column> columns = ColumnsOf(operation);
-    text += "### " + operation.name + "\n\n| stored elements | ours | per element |";
+    text += "### " + Escaped(operation.name) + "\n\n| stored elements | ours | per element |";
     std::string line = "|---|---|---|";
     for (const Column& column : columns) text += " ours / " + column.who + " |", line += "---|";
     text += "\n" + line + "\n";
