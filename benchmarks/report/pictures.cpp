@@ -61,13 +61,15 @@ bool HasPicture(const Operation& operation) {
 
 std::string Pictures(const Figures& figures, const std::string& folder) {
   std::string script =
-      "set terminal svg size 640,360 font 'sans,12' background '#ffffff'\n"
-      "set logscale xy\nset grid\nset key outside right top noenhanced\nset title noenhanced\n";
+      "set terminal svg size 720,380 font 'sans,12' background '#ffffff'\n"
+      "set logscale xy\nset grid\nset key outside right top samplen 2 noenhanced\nset title noenhanced\n";
   for (const Operation& operation : figures.operations) {
     if (!HasPicture(operation)) continue;
     const bool growth = operation.chapter == "growth";
     const std::vector<Curve> curves = growth ? GrowthCurves(operation) : RatioCurves(operation);
     script += "set output '" + folder + "/" + FileName(operation.name) + ".svg'\n";
+    script += "set xrange [" + Number(operation.points.begin()->first.first / 1.2) + ":" +
+              Number(operation.points.rbegin()->first.first * 1.2) + "]\n";
     script += "set title \"" + operation.name + "\"\n";
     if (growth) {
       script += "set xlabel 'stored elements'\nset ylabel 'nanoseconds per element'\nset xtics auto\nset ytics auto\n";
@@ -78,7 +80,7 @@ std::string Pictures(const Figures& figures, const std::string& folder) {
       for (const unsigned n : orders) {
         script += (n == *orders.begin() ? "" : ", ") + std::to_string(n);
       }
-      script += ")\nset ytics (0.05, 0.1, 0.2, 0.3, 0.5, 0.7, 1, 1.5, 2, 3, 5, 10, 20)\n";
+      script += ")\nset ytics (0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20)\n";
     }
     std::string plot = "plot";
     if (!growth) plot += " 1 with lines linecolor '#808080' dashtype 2 notitle,";
