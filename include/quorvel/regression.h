@@ -59,7 +59,8 @@ QUORVEL_API int L1Regression(const RegularMatrix& A, const RegularMatrix& y, Reg
 ///
 /// Tolerance: entries of size up to 1e-6 are no pivots, and an infeasibility up to 1e-6 passes. There is no scaling and no
 /// limit on the number of pivots (entries must be finite, or they may never end); equal ratios are decided
-/// lexicographically. Two small arrays of int are allocated: 10680 when that fails.
+/// lexicographically. An objective that is constant along an unbounded ray of solutions may give 1, from a rounding
+/// error in the price of the ray. Two small arrays of int are allocated: 10680 when that fails.
 ///
 /// Source: Dantzig, Linear Programming and Extensions (1963), chapters 5, 6 and 10.
 ///

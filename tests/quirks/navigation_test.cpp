@@ -112,6 +112,26 @@ TEST(NavigationQuirks, ScaleOfL1) {
   }
 }
 
+// Found by fuzzing, 2026-11-21: 2a - 3b - 2c subject to 2a + 3b + c >= 3, -a + b + c = 1 has the optimum -2 on a whole ray,
+// and looks unbounded. With a bound on a it is found.
+TEST(NavigationQuirks, ConstantObjectiveAlongARay20261121) {
+  RegularMatrix a(4, 4);
+  const double rows[3][4] = {{0, 2, -3, -2}, {3, -2, -3, -1}, {1, 1, -1, -1}};
+  for (unsigned i = 0; i < 3; ++i) {
+    for (unsigned j = 0; j < 4; ++j) a(i, j) = rows[i][j];
+  }
+  int nonbasic[3], basic[3];
+  EXPECT_EQ(Simplx(a, 2, 3, 0, 1, 1, nonbasic, basic), 1);
+
+  RegularMatrix bounded(5, 4);
+  const double more[4][4] = {{0, 2, -3, -2}, {9, -1, 0, 0}, {3, -2, -3, -1}, {1, 1, -1, -1}};
+  for (unsigned i = 0; i < 4; ++i) {
+    for (unsigned j = 0; j < 4; ++j) bounded(i, j) = more[i][j];
+  }
+  EXPECT_EQ(Simplx(bounded, 3, 3, 1, 1, 1, nonbasic, basic), 0);
+  EXPECT_NEAR(bounded(0, 0), -2.0, 1e-12);
+}
+
 TEST(NavigationQuirks, PolyFitDividesByTheNumberOfPoints) {
   RegularMatrix t(3, 1), y(3, 1), c(1, 1);
   c = 1e300;  // does not matter
