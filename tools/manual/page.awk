@@ -101,6 +101,7 @@ in_formula { print; next }
   else {
     anchor = slug(heading)
     gsub(/`/, "", anchor)
+    if (anchored[anchor]++) anchor = anchor "-" (anchored[anchor] - 1)  # as other viewers number them
     print prose($0) " {#page_" tolower(page) "_" anchor "}"
   }
   next
