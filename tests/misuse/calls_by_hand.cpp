@@ -105,6 +105,13 @@ BY_HAND("CholeskyInverse3x3(double const*, double*, double)") {
   a.Begin();
   CholeskyInverse3x3(p, out, 1e-12);
 });
+BY_HAND("CholeskyFactor(double const*, unsigned int, double*, double)") {
+  double *p = a.Numbers(), *out = a.Numbers();
+  const unsigned n = a.SmallIndex(4);
+  for (unsigned j = 0; j < n; ++j) p[j + j * (j + 1) / 2] = j == 2 ? 0.0 : 9.0;
+  a.Begin();
+  CholeskyFactor(p, n, out, 1e-12);
+});
 BY_HAND("inv2x2_rm(double const (*) [2], double (*) [2], double)") {
   double *p = a.Numbers(), *out = a.Numbers();
   const double tol = a.Number();

@@ -89,6 +89,7 @@ const Rule kRules[] = {
     {"inv(", {50940, 40900, 50000}},
     {"Invert3x3BlockDiagMatrix(", {50000, 40000, 60000}},
     {"operator>(", {50580, 40580}},
+    {"CholeskyFactor(double", {}},
     {"CholeskyFactor(SymmetricMatrix", {50510}},
     {"CholeskyFactor(", {50510, 40393}},
     {"CholeskySquareRoot", {50000, 40000}},
