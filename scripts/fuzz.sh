@@ -12,6 +12,9 @@ shift || true
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=(operations text simplex rinex)
 
+# Milliseconds of processor time of all programs that this script has run to their end.
+spent_by_children() { awk -v ticks="$(getconf CLK_TCK)" '{print int(($16 + $17) * 1000 / ticks)}' "/proc/$$/stat"; }
+
 quietly cmake -S . -B build/fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz \
   -DCMAKE_CXX_FLAGS_FUZZ="-O1 -g1" -DQUORVEL_SANITIZE=address,undefined,fuzzer-no-link \
   -DQUORVEL_BUILD_FUZZERS=ON -DQUORVEL_BUILD_TESTS=ON -DQUORVEL_BUILD_EXAMPLES=OFF
@@ -25,16 +28,14 @@ for target in "${targets[@]}"; do
   log=build/fuzz/fuzz_$target.log
   : >"$log"
   # libFuzzer counts wall-clock time: run on until that much processor time is used.
-  while [ "$used" -lt "$seconds" ]; do
-    before=$(cut -d' ' -f1 < <(times | tail -1 | sed 's/[ms]/ /g' | awk '{print int($1*60+$2+$3*60+$4)}'))
-    build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time=$((seconds - used)) -max_len=$length -timeout=60 \
+  while [ "$used" -lt $((seconds * 1000)) ]; do
+    before=$(spent_by_children)
+    build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time=$((seconds - used / 1000)) -max_len=$length -timeout=60 \
       -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix=build/fuzz/findings/"$target"- \
       build/fuzz/corpus/"$target" "$seeds" >>"$log" 2>&1 ||
       { tail -40 "$log"; echo "FAILED: fuzz_$target has a finding"; exit 1; }
-    after=$(times | tail -1 | sed 's/[ms]/ /g' | awk '{print int($1*60+$2+$3*60+$4)}')
-    spent=$((after - before))
-    used=$((used + (spent > 0 ? spent : 1)))
+    used=$((used + $(spent_by_children) - before))
     inputs=$((inputs + $(tail -30 "$log" | awk '/stat::number_of_executed_units/ {n = $2} END {print n + 0}')))
   done
-  echo "fuzz_$target: $inputs inputs in $used s of processor time, no finding"
+  echo "fuzz_$target: $inputs inputs in $((used / 1000)) s of processor time, no finding"
 done
