@@ -104,7 +104,7 @@ void UpperRoot(const double* a, double* u, index_t n) {
   const auto as_it_is = [](index_t, double e) noexcept { return e; };
   FactorFromLastColumn(a, u, n, as_it_is, [](index_t c, double* column, const double* s) noexcept {
     column[c] = std::sqrt(column[c] - s[c]);
-    for (index_t r = 0; r < c; ++r) column[r] = (column[r] - s[r]) / column[c];
+    FinishColumn(column, s, column[c], c, false);
   });
 }
 

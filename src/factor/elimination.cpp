@@ -12,36 +12,13 @@ namespace quorvel::detail {
 
 namespace {
 
-/// A number as the unevaluated sum of two doubles, the second beyond the precision of the first.
-struct Twofold {
-  double high;
-  double low;
-};
+/// The stride of w with the widest kernels.
+std::uint64_t Widened(index_t n) noexcept { return (std::uint64_t{n} + 7) / 8 * 8; }
 
-/// a·b - p for p = a·b rounded: the rounding error, exactly, by Dekker's product on Veltkamp's halves. Operands that
-/// the halving would overflow give 0.
-double ProductError(double a, double b, double p) noexcept {
-  constexpr double limit = 0x1p995;
-  constexpr double splitter = 0x1p27 + 1.0;
-  if (!(std::fabs(a) <= limit && std::fabs(b) <= limit)) return 0.0;
-  const double ca = splitter * a;
-  const double a1 = ca - (ca - a);
-  const double a2 = a - a1;
-  const double cb = splitter * b;
-  const double b1 = cb - (cb - b);
-  const double b2 = b - b1;
-  return ((a1 * b1 - p) + a1 * b2 + a2 * b1) + a2 * b2;
-}
-
-/// s - a·b
-Twofold MinusProduct(Twofold s, double a, double b) noexcept {
-  const double p = a * b;
-  const double high = s.high - p;
-  const double back = high - s.high;
-  const double lost = (s.high - (high - back)) - (p + back);  // Knuth's sum of s.high and -p
-  const double low = (s.low - ProductError(a, b, p)) + lost;
-  const double sum = high + low;
-  return {sum, low - (sum - high)};
+void TransposeSquare(double* a, index_t n, index_t stride) noexcept {
+  for (std::size_t i = 1; i < n; ++i) {
+    for (std::size_t j = 0; j < i; ++j) std::swap(a[i * stride + j], a[j * stride + i]);
+  }
 }
 
 double Magnitude(double x, double max) noexcept { return std::fabs(x) > max ? std::fabs(x) : max; }
@@ -51,48 +28,45 @@ double Magnitude(double x, double max) noexcept { return std::fabs(x) > max ? st
 Elimination::Elimination(index_t n, index_t q)
     : n_(n),
       q_(q),
-      doubles_(2 * std::uint64_t{n} * n + 2 * std::uint64_t{n} * q + 4 * std::uint64_t{n} + q),
+      stride_(WholeRegisters(n)),
+      doubles_(7 + Widened(n) * n + std::uint64_t{n} * n + std::uint64_t{n} * q + 7 * std::uint64_t{n}),
       indices_(2 * std::size_t{n}) {
-  const std::size_t square = std::size_t{n} * n;
-  const std::size_t block = std::size_t{n} * q;
-  a_ = doubles_.data();
-  w_ = a_ + square;
-  x_ = w_ + square;
-  b_ = x_ + block;
-  row_max_ = b_ + block;
+  w_ = OnBoundary(doubles_.data());
+  a_ = w_ + std::size_t{stride_} * n;
+  x_ = a_ + std::size_t{n} * n;
+  row_max_ = x_ + std::size_t{n} * q;
   col_max_ = row_max_ + n;
   side_ = col_max_ + n;
   solution_ = side_ + n;
-  sums_ = solution_ + n;
+  residual_ = solution_ + n;
+  change_ = residual_ + n;
+  sums_ = change_ + n;
   order_ = indices_.data();
   column_ = order_ + n;
 }
 
 index_t Elimination::factor() noexcept {
-  CopyDoubles(w_, a_, std::uint64_t{n_} * n_);
   FillDoubles(col_max_, 0.0, n_);
   for (index_t i = 0; i < n_; ++i) {
     order_[i] = i;
     row_max_[i] = 0.0;
+    CopyDoubles(row(i), a_ + std::size_t{i} * n_, n_);
+    FillDoubles(row(i) + n_, 0.0, stride_ - n_);
     for (index_t j = 0; j < n_; ++j) {
       row_max_[i] = Magnitude(row(i)[j], row_max_[i]);
       col_max_[j] = Magnitude(row(i)[j], col_max_[j]);
     }
   }
+  TransposeSquare(a_, n_, n_);
   rank_ = 0;
   for (index_t c = 0; c < n_; ++c) {
     const index_t p = pivot_row(rank_, c);
     if (p == n_) continue;
     swap_rows(rank_, p);
-    const double* const pivot = row(rank_);
-    for (index_t i = rank_ + 1; i < n_; ++i) {
-      double* const r = row(i);
-      const double l = r[c] /= pivot[c];
-      if (l == 0.0) continue;
-      for (index_t j = c + 1; j < n_; ++j) r[j] -= l * pivot[j];
-    }
+    kernels().eliminate(row(rank_) + stride_, stride_, n_ - rank_ - 1, row(rank_), c, stride_);
     column_[rank_++] = c;
   }
+  TransposeSquare(w_, n_, stride_);
   return n_ - rank_;
 }
 
@@ -117,55 +91,56 @@ void Elimination::swap_rows(index_t i, index_t k) noexcept {
   std::swap(order_[i], order_[k]);
 }
 
-/// y holds right-hand sides in the order of w's rows and becomes the solutions.
-void Elimination::substitute(double* y, index_t q) const noexcept {
-  const auto at = [=](index_t i) noexcept { return y + std::size_t{i} * q; };
-  for (index_t k = 0; k < rank_; ++k) {
-    for (index_t i = k + 1; i < n_; ++i) {
-      const double l = row(i)[column_[k]];
-      if (l == 0.0) continue;
-      for (index_t c = 0; c < q; ++c) at(i)[c] -= l * at(k)[c];
-    }
+namespace {
+
+/// y -= s*x where x is not 0.0.
+void SubtractNonzero(double* __restrict__ y, index_t count, const double* x, double s) noexcept {
+  if (count >= kernel_lanes) return kernels().subtract_nonzero(y, s, x, count);
+  for (index_t i = 0; i < count; ++i) {
+    if (x[i] != 0.0) y[i] -= s * x[i];
   }
-  FillDoubles(at(rank_), 0.0, std::uint64_t{n_ - rank_} * q);
-  for (index_t k = rank_; k-- > 0;) {
-    // Row k moves to the row of its unknown, which is not above it. What it leaves, and is no pivot's unknown, is 0.
-    const index_t col = column_[k];
-    FillDoubles(sums_, 0.0, q);
-    for (index_t j = n_; j-- > col + 1;) AddScaled(sums_, q, at(j), row(k)[j]);
-    for (index_t c = 0; c < q; ++c) {
-      const double x = (at(k)[c] - sums_[c]) / row(k)[col];
-      at(k)[c] = 0.0;
-      at(col)[c] = x;
+}
+
+}  // namespace
+
+/// y holds a right-hand side in the order of w's rows and becomes the solution.
+void Elimination::substitute(double* y) const noexcept {
+  for (index_t k = 0; k < rank_; ++k) {
+    SubtractNonzero(y + k + 1, n_ - k - 1, column(column_[k]) + k + 1, y[k]);
+  }
+  FillDoubles(sums_, 0.0, rank_);
+  index_t left = rank_;  // pivot rows whose unknown is still to come; what lies behind them in y is used up
+  for (index_t c = n_; c-- > 0;) {
+    double x = 0.0;
+    if (left != 0 && column_[left - 1] == c) {
+      --left;
+      x = (y[left] - sums_[left]) / column(c)[left];
     }
+    y[c] = x;
+    AddScaled(sums_, left, column(c), x);
   }
 }
 
 void Elimination::solve() noexcept {
-  if (q_ == 0) return;
-  CopyDoubles(b_, x_, std::uint64_t{n_} * q_);
-  for (index_t i = 0; i < n_; ++i) CopyDoubles(x_ + std::size_t{i} * q_, b_ + std::size_t{order_[i]} * q_, q_);
-  substitute(x_, q_);
-  if (rank_ != n_) return;
-  for (index_t side = 0; side < q_; ++side) refine(side);
+  for (index_t side = 0; side < q_; ++side) {
+    double* const x = x_ + side;
+    for (index_t i = 0; i < n_; ++i) side_[i] = x[std::size_t{i} * q_];
+    for (index_t i = 0; i < n_; ++i) solution_[i] = side_[order_[i]];
+    substitute(solution_);
+    if (rank_ == n_) refine();
+    for (index_t i = 0; i < n_; ++i) x[std::size_t{i} * q_] = solution_[i];
+  }
 }
 
-double Elimination::residual(index_t i, double b, const double* x) const noexcept {
-  const double* const a = a_ + std::size_t{i} * n_;
-  Twofold r{b, 0.0};
-  for (index_t j = 0; j < n_; ++j) r = MinusProduct(r, a[j], x[j]);
-  return r.high + r.low;
-}
-
-void Elimination::refine(index_t side) noexcept {
+void Elimination::refine() noexcept {
   constexpr int most_steps = 10;
-  double* const d = side_;
+  double* const d = change_;
   double* const x = solution_;
-  for (index_t i = 0; i < n_; ++i) x[i] = x_[std::size_t{i} * q_ + side];
   double before = std::numeric_limits<double>::infinity();
   for (int step = 0; step < most_steps; ++step) {
-    for (index_t i = 0; i < n_; ++i) d[i] = residual(order_[i], b_[std::size_t{order_[i]} * q_ + side], x);
-    substitute(d, 1);
+    kernels().residuals(residual_, n_, side_, a_, n_, n_, x);
+    for (index_t i = 0; i < n_; ++i) d[i] = residual_[order_[i]];
+    substitute(d);
     double size = 0.0;
     bool finite = true;
     bool changes = false;
@@ -178,7 +153,6 @@ void Elimination::refine(index_t side) noexcept {
     for (index_t i = 0; i < n_; ++i) x[i] += d[i];
     before = size;
   }
-  for (index_t i = 0; i < n_; ++i) x_[std::size_t{i} * q_ + side] = x[i];
 }
 
 }  // namespace quorvel::detail

@@ -34,28 +34,30 @@ class Elimination {
   void solve() noexcept;
 
  private:
-  static constexpr std::size_t on_stack = 3 * small_order * small_order + 6 * small_order;
-  double* row(index_t i) const noexcept { return w_ + std::size_t{i} * n_; }
+  static constexpr std::size_t on_stack = 3 * small_order * small_order + 7 * small_order + 7;
+  double* row(index_t i) const noexcept { return w_ + std::size_t{i} * stride_; }
   index_t pivot_row(index_t top, index_t col) const noexcept;
   void swap_rows(index_t i, index_t k) noexcept;
-  void substitute(double* y, index_t q) const noexcept;
-  void refine(index_t side) noexcept;
-  double residual(index_t i, double b, const double* x) const noexcept;
+  const double* column(index_t c) const noexcept { return w_ + std::size_t{c} * stride_; }
+  void substitute(double* y) const noexcept;
+  void refine() noexcept;
 
   index_t n_;
   index_t q_;
+  index_t stride_;  // of the lines of w: whole registers
   index_t rank_ = 0;
   WorkArea<on_stack> doubles_;
   IndexArea<2 * small_order> indices_;
-  double* a_;
-  double* w_;  // factors: multipliers below the pivots
+  double* a_;  // A by columns, once factor() has been called
+  double* w_;  // A by rows, then its factors by columns: multipliers below the pivots
   double* x_;
-  double* b_;        // right-hand sides as they came
   double* row_max_;  // of A, in the order of w's rows
   double* col_max_;
-  double* side_;      // one right-hand side in refinement: residual, then correction
-  double* solution_;  // and its solution
-  double* sums_;      // q
+  double* side_;      // one right-hand side as it came
+  double* solution_;  // its solution
+  double* residual_;  // in the order of A's rows
+  double* change_;    // in the order of w's rows, then the correction
+  double* sums_;
   index_t* order_;    // row of A that became row i of w
   index_t* column_;   // column of pivot k
 };

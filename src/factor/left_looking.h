@@ -1,4 +1,4 @@
-// Left-looking sums on triangular arrays: what the finished columns contribute to the next one.
+// Factors that are found from the last column to the first: what the finished columns contribute to the next one.
 #ifndef QUORVEL_FACTOR_LEFT_LOOKING_H
 #define QUORVEL_FACTOR_LEFT_LOOKING_H
 
@@ -7,14 +7,6 @@
 #include "factor/axpy.h"
 
 namespace quorvel::detail {
-
-/// For a lower matrix (column k is row k of the packed array): s[i - j] = sum of L(i, k)*L(j, k), k = 0 .. j-1
-/// increasing, for i = j .. n-1. `x` holds j doubles of scratch.
-inline void LeftSums(const double* l, index_t n, index_t j, double* s, double* x) noexcept {
-  for (index_t k = 0; k < j; ++k) x[k] = l[packed_index(k, j, n)];
-  FillDoubles(s, 0.0, n - j);
-  AddScaledRows(s, n - j, 0, j, x, [=](index_t k) noexcept { return l + packed_index(k, j, n); });
-}
 
 // An upper matrix by columns: element (r, c), r <= c, at r + c(c + 1)/2. Factors that are built from the last column
 // to the first, with sums over increasing k, have their independent lanes along the columns; they work on such a copy.
@@ -34,10 +26,28 @@ inline void ColumnsToPacked(const double* columns, index_t n, double* packed) no
   }
 }
 
-/// s[r] = sum of U(r, k)*x[k - c - 1], k = c+1 .. n-1 increasing, for r = 0 .. c.
+/// So few columns are done sooner by elements: registers would be loaded from what was just stored in parts.
+inline constexpr index_t few_columns = 12;
+
+/// s[r] = sum of U(r, k)*x[k - c - 1], k = c+1 .. n-1 increasing, for r = 0 .. c. The sums are formed by whole registers:
+/// behind s, and behind the columns, there is room for one.
 inline void RightSums(const double* columns, index_t n, index_t c, double* s, const double* x) noexcept {
-  FillDoubles(s, 0.0, c + 1);
-  AddScaledRows(s, c + 1, c + 1, n, x, [=](index_t k) noexcept { return ColumnOf(columns, k); });
+  if (n <= few_columns) {
+    FillDoubles(s, 0.0, c + 1);
+    for (index_t k = c + 1; k < n; ++k) AddScaled(s, c + 1, ColumnOf(columns, k), x[k - c - 1]);
+    return;
+  }
+  const kernel_offset next = static_cast<kernel_offset>(c) + 2;  // column k + 1 begins k + 1 doubles behind column k
+  kernels().sum_lines(s, WholeRegisters(c + 1), x, n - 1 - c, columns + packed_count(c + 1), next, -1, false);
+}
+
+/// y = (y - s)/d, or y/d - s.
+inline void FinishColumn(double* y, const double* s, double d, index_t count, bool divide_first) noexcept {
+  if (count < few_columns) {
+    for (index_t i = 0; i < count; ++i) y[i] = divide_first ? y[i] / d - s[i] : (y[i] - s[i]) / d;
+    return;
+  }
+  kernels().finish_line(y, s, d, count, divide_first);
 }
 
 /// The factor u of p (both packed), from the last column to the first. weight(k, e) turns element e of column k of the
@@ -45,9 +55,10 @@ inline void RightSums(const double* columns, index_t n, index_t c, double* s, co
 /// the factor, s being its sums over the columns behind it.
 template <class Weight, class Finish>
 void FactorFromLastColumn(const double* p, double* u, index_t n, Weight weight, Finish finish) {
-  WorkArea<packed_count(small_order) + 2 * small_order> work(packed_count(n) + 2 * std::uint64_t{n});
+  constexpr std::uint64_t room = 8;
+  WorkArea<packed_count(small_order) + 2 * small_order + 2 * room> work(packed_count(n) + 2 * std::uint64_t{n} + 2 * room);
   double* const s = work.data();
-  double* const x = s + n;
+  double* const x = s + n + room;
   double* const columns = x + n;
   PackedToColumns(p, n, columns);
   for (index_t j = n; j-- > 0;) {

@@ -2,6 +2,7 @@
 #include <cstddef>
 
 #include "dense/rules.h"
+#include "factor/axpy.h"
 #include "factor/operands.h"
 #include "quorvel/RegularSparseMatrix.h"
 #include "quorvel/ud.h"
@@ -9,11 +10,18 @@
 namespace quorvel::detail {
 namespace {
 
-/// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j.
+/// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j. The products x*a are formed for a block of i at a time.
 void UpdateSymmetric(double* p, index_t n, const double* x, double a) noexcept {
-  for (index_t j = 0; j < n; ++j) {
-    double* const row = p + packed_row(j, n) - j;
-    for (index_t i = j; i < n; ++i) row[i] += (x[i] * a) * x[j];
+  constexpr index_t block = 128;
+  double t[block];
+  for (index_t first = 0; first < n; first += block) {
+    const index_t count = n - first < block ? n - first : block;
+    for (index_t i = 0; i < count; ++i) t[i] = x[first + i] * a;
+    const kernel_offset step = static_cast<kernel_offset>(n) - 1;
+    kernels().add_outer({p + first, step, 1, Form::by_rows, Shape::full}, first, count, x, t);
+    double* const square = p + packed_row(first, n);
+    const kernel_offset left = step - static_cast<kernel_offset>(first);
+    kernels().add_outer({square, left, 1, Form::by_rows, Shape::upper}, count, count, x + first, t);
   }
 }
 
@@ -22,10 +30,15 @@ void Update(SymmetricMatrix& A, const double* x, const double*, double a) noexce
 }
 
 void Update(RegularMatrix& A, const double* x, const double* y, double a) noexcept {
-  double* e = A.data();
+  const index_t n = A.ncols();
   for (index_t i = 0; i < A.nrows(); ++i) {
+    double* const row = A.data() + std::size_t{i} * n;  // may be y
     const double t = x[i] * a;
-    for (index_t j = 0; j < A.ncols(); ++j) *e++ += t * y[j];
+    if (n >= kernel_lanes) {
+      kernels().add_multiple(row, t, y, n);
+    } else {
+      for (index_t j = 0; j < n; ++j) row[j] += t * y[j];
+    }
   }
 }
 

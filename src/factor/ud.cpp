@@ -73,7 +73,7 @@ int FactorUD(double* u, double* d, const double* p, index_t n) {
       FillDoubles(column, 0.0, j);
       return 0.0;
     }
-    for (index_t i = 0; i < j; ++i) column[i] = (column[i] - s[i]) / pivot;
+    FinishColumn(column, s, pivot, j, false);
     return pivot;
   });
   return singular;
@@ -90,7 +90,7 @@ void UDDecomposition(UpperTriangularMatrix& U, DiagonalMatrix& D, const Symmetri
   detail::TakeOrder(operands, U, D, n);
   detail::FactorColumns(U.data(), D.data(), P.data(), n, [](index_t j, double* column, const double* s) noexcept {
     const double d = column[j] - s[j];
-    for (index_t i = 0; i < j; ++i) column[i] = column[i] / d - s[i];
+    detail::FinishColumn(column, s, d, j, true);
     return d;
   });
   operands.Succeed();

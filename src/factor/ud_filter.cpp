@@ -1,5 +1,6 @@
 // The updates of a U-D filter: Bierman's measurement update and Thornton's time update.
 #include <cstddef>
+#include <type_traits>
 
 #include "core/work_area.h"
 #include "dense/rules.h"
@@ -39,55 +40,59 @@ double MeasurementUpdate(double* u, double* d, index_t n, const double* h, doubl
     if (PivotPasses(alpha)) d[j] *= before / alpha;
   }
   const bool observed = PivotPasses(alpha);
-  for (index_t i = 0; i < n; ++i) {
-    double* const row = u + packed_row(i, n) - i;
-    double b = v[i];
-    for (index_t j = i + 1; j < n; ++j) {
-      const double e = row[j];
-      row[j] = e + lambda[j] * b;
-      b += v[j] * e;
-    }
-    k[i] = observed ? b / alpha : 0.0;
-  }
+  CopyDoubles(k, v, n);
+  kernels().update_gain(u, n, lambda, v, k);
+  for (index_t i = 0; i < n; ++i) k[i] = observed ? k[i] / alpha : 0.0;
   return alpha;
 }
 
-/// Rows k of w take the columns k of `a`: the lanes are the states.
+/// Rows k of w, `stride` doubles apart, take the columns k of `a`: the lanes are the states.
 template <class K>
-void StackColumns(double* w, index_t n, const K& a) noexcept {
-  const Rule<K> e(a);
-  for (index_t k = 0; k < e.cols(); ++k) {
-    for (index_t i = 0; i < n; ++i) w[std::size_t{k} * n + i] = e.at(i, k);
+void StackColumns(double* w, index_t stride, index_t n, const K& a) noexcept {
+  if constexpr (std::is_same_v<K, RegularMatrix>) {
+    const kernel_offset by_rows = static_cast<kernel_offset>(a.ncols());
+    kernels().transpose(w, static_cast<kernel_offset>(stride), a.data(), by_rows, n, a.ncols());
+  } else {
+    const Rule<K> e(a);
+    for (index_t k = 0; k < e.cols(); ++k) {
+      for (index_t i = 0; i < n; ++i) w[std::size_t{k} * stride + i] = e.at(i, k);
+    }
   }
 }
 
-/// w = (Phi*U)': its column k is column k of Phi and multiples of the columns before it, so the last comes first.
-void TimesUnitUpper(double* w, index_t n, const double* u) noexcept {
+/// w = (Phi*U)': its column k is column k of Phi and multiples of the columns before it, so the last comes first. x: n
+/// doubles of scratch.
+void TimesUnitUpper(double* w, index_t stride, index_t n, const double* u, double* x) noexcept {
+  const kernel_offset step = static_cast<kernel_offset>(stride);
   for (index_t k = n; k-- > 0;) {
-    double* const row = w + std::size_t{k} * n;
-    for (index_t l = 0; l < k; ++l) AddScaled(row, n, w + std::size_t{l} * n, u[packed_index(l, k, n)]);
+    for (index_t l = 0; l < k; ++l) x[l] = u[packed_index(l, k, n)];
+    kernels().sum_lines(w + std::size_t{k} * stride, stride, x, k, w, step, 0, true);
   }
 }
 
 /// Modified weighted Gram-Schmidt: the rows of [Phi*U, G] are made orthogonal in the weights [d, q], last row first.
-/// w: (n + q) x n, weights: n + q, s and x: n and n + q doubles of scratch.
-void Orthogonalise(double* u, double* d, index_t n, double* w, index_t columns, const double* weights, double* s,
-                   double* x) noexcept {
+/// w: n + q lines of `stride` doubles, whole registers; weights: n + q; s and x: stride and n + q doubles of scratch. What
+/// lies in w behind column j is used up.
+void Orthogonalise(double* u, double* d, index_t n, double* w, index_t stride, index_t columns, const double* weights,
+                   double* s, double* x) noexcept {
+  const auto row = [=](index_t k) noexcept { return w + std::size_t{k} * stride; };
+  const kernel_offset step = static_cast<kernel_offset>(stride);
   for (index_t j = n; j-- > 0;) {
-    const auto row = [=](index_t k) noexcept { return w + std::size_t{k} * n; };
+    const index_t width = WholeRegisters(j);
     double dj = 0.0;
     for (index_t k = 0; k < columns; ++k) {
       x[k] = weights[k] * row(k)[j];
       dj += x[k] * row(k)[j];
     }
-    FillDoubles(s, 0.0, j);
     if (PivotPasses(dj)) {
       d[j] = dj;
-      AddScaledRows(s, j, 0, columns, x, row);
+      kernels().sum_lines(s, width, x, columns, w, step, 0, false);
       for (index_t i = 0; i < j; ++i) s[i] /= dj;
-      for (index_t k = 0; k < columns; ++k) SubtractScaled(row(k), j, s, row(k)[j]);
+      for (index_t k = 0; k < columns; ++k) x[k] = -row(k)[j];
+      kernels().add_outer({w, step, 0, Form::by_rows, Shape::full}, columns, width, x, s);
     } else {
       d[j] = 0.0;
+      FillDoubles(s, 0.0, j);
     }
     for (index_t i = 0; i < j; ++i) u[packed_index(i, j, n)] = s[i];
     u[packed_row(j, n)] = 1.0;
@@ -100,17 +105,19 @@ void TimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const RegularMatrix
                 const DiagonalMatrix& Q) {
   const index_t n = U.ndim();
   const std::size_t columns = std::size_t{n} + Q.ndim();
-  WorkArea<2 * small_order * small_order + 5 * small_order> work(std::uint64_t{columns} * n + 2 * columns + n);
-  double* const s = work.data();
-  double* const x = s + n;
+  const index_t stride = WholeRegisters(n);
+  const std::uint64_t most = (std::uint64_t{n} + 7) / 8 * 8;  // the stride of any kernels
+  WorkArea<2 * small_order * small_order + 5 * small_order> work((columns + 1) * most + 2 * columns);
+  double* const w = work.data();
+  double* const s = w + columns * stride;
+  double* const x = s + stride;
   double* const weights = x + columns;
-  double* const w = weights + columns;
-  StackColumns(w, n, Phi);
-  TimesUnitUpper(w, n, U.data());
-  StackColumns(w + std::size_t{n} * n, n, G);
+  StackColumns(w, stride, n, Phi);
+  TimesUnitUpper(w, stride, n, U.data(), x);
+  StackColumns(w + std::size_t{n} * stride, stride, n, G);
   CopyDoubles(weights, D.data(), n);
   CopyDoubles(weights + n, Q.data(), Q.ndim());
-  Orthogonalise(U.data(), D.data(), n, w, static_cast<index_t>(columns), weights, s, x);
+  Orthogonalise(U.data(), D.data(), n, w, stride, static_cast<index_t>(columns), weights, s, x);
 }
 
 }  // namespace

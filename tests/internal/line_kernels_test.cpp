@@ -42,3 +42,65 @@ TEST(LineKernels, MultiplesOfOneAndFourLines) {
     }
   }
 }
+
+TEST(LineKernels, SumsOfLinesAndOuterProducts) {
+  Random random(612);
+  for (unsigned count = 1; count <= 70; count += count < 20 ? 1 : 7) {
+    for (const Pattern pattern : kAllPatterns) {
+      const unsigned terms = count % 6;
+      const unsigned stride = count + 3;
+      const std::vector<double> lines = Line(stride * (terms + 1), pattern, random);
+      const std::vector<double> x = Line(terms + 1, pattern, random);
+      const std::vector<double> y = Line(count + 9, pattern, random);  // nine more, which must stay
+      std::vector<double> fresh(y), on(y), expected_fresh(y), expected_on(y);
+      std::vector<double> target(lines), expected_target(lines);
+      for (unsigned i = 0; i < count; ++i) {
+        expected_fresh[i] = 0.0;
+        const double* line = lines.data();
+        for (unsigned k = 0; k < terms; line += stride - k, ++k) {
+          expected_fresh[i] += x[k] * line[i];
+          expected_on[i] += x[k] * line[i];
+        }
+        for (unsigned k = 0; k < terms; ++k) {
+          if (i >= k) expected_target[k * stride + i] += x[k] * y[i];
+        }
+      }
+      const auto step = static_cast<quorvel::detail::kernel_offset>(stride);
+      kernels().sum_lines(fresh.data(), count, x.data(), terms, lines.data(), step, 1, false);
+      kernels().sum_lines(on.data(), count, x.data(), terms, lines.data(), step, 1, true);
+      using quorvel::detail::Form;
+      using quorvel::detail::Shape;
+      kernels().add_outer({target.data(), step, 0, Form::by_rows, Shape::upper}, terms, count, x.data(), y.data());
+      EXPECT_TRUE(SameBits(fresh.data(), expected_fresh.data(), fresh.size())) << Name(pattern) << " " << count;
+      EXPECT_TRUE(SameBits(on.data(), expected_on.data(), on.size())) << Name(pattern) << " " << count;
+      EXPECT_TRUE(SameBits(target.data(), expected_target.data(), target.size())) << Name(pattern) << " " << count;
+    }
+  }
+}
+
+TEST(LineKernels, DividedAndChosenElements) {
+  Random random(613);
+  for (unsigned count = 0; count <= 40; ++count) {
+    for (const Pattern pattern : kAllPatterns) {
+      const std::vector<double> s = Line(count + 1, pattern, random);
+      const std::vector<double> y = Line(count + 9, pattern, random);
+      std::vector<double> x = Line(count + 1, pattern, random);
+      for (double& e : x) {
+        if (random.Chance(4)) e = 0.0;
+      }
+      const double d = s[count];
+      std::vector<double> last(y), first(y), chosen(y), expected_last(y), expected_first(y), expected_chosen(y);
+      for (unsigned i = 0; i < count; ++i) {
+        expected_last[i] = (y[i] - s[i]) / d;
+        expected_first[i] = y[i] / d - s[i];
+        if (x[i] != 0.0) expected_chosen[i] -= d * x[i];
+      }
+      kernels().finish_line(last.data(), s.data(), d, count, false);
+      kernels().finish_line(first.data(), s.data(), d, count, true);
+      kernels().subtract_nonzero(chosen.data(), d, x.data(), count);
+      EXPECT_TRUE(SameBits(last.data(), expected_last.data(), last.size())) << Name(pattern) << " " << count;
+      EXPECT_TRUE(SameBits(first.data(), expected_first.data(), first.size())) << Name(pattern) << " " << count;
+      EXPECT_TRUE(SameBits(chosen.data(), expected_chosen.data(), chosen.size())) << Name(pattern) << " " << count;
+    }
+  }
+}

@@ -82,6 +82,9 @@ struct Reflectors {
 struct Kernels {
   const char* name;
 
+  /// Doubles in a register.
+  kernel_index lanes;
+
   /// c(i, j) = sum over k = 0 .. depth - 1 of a(i, k) * b(k, j), for the rows and columns of `part` that lie in the
   /// shape of c. No overlap between c and the factors. `c_origin`: the index of the column that c's lines begin with
   /// (c by_rows, full); `b_origin`: the same for b.
@@ -115,6 +118,34 @@ struct Kernels {
 
   /// to(i, j) = from(i, j) in the shape of `to`; both by rows.
   void (*copy_lines)(const Target& to, const Factor& from, kernel_index rows, kernel_index cols);
+
+  /// s[r] = the sum over k = 0 .. terms - 1 of x[k] * line(k)[r], r = 0 .. count - 1, starting from 0.0, or from s[r].
+  /// Line k + 1 begins step - k * shrink doubles behind line k. s overlaps no line.
+  void (*sum_lines)(double* s, kernel_index count, const double* x, kernel_index terms, const double* first,
+                    kernel_offset step, kernel_offset shrink, bool accumulate);
+
+  /// c(i, j) += x[i] * y[j], rows x cols elements of a c by rows, full or upper; no overlap.
+  void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y);
+
+  /// y[k] = (y[k] - s[k]) / d, or y[k] / d - s[k].
+  void (*finish_line)(double* y, const double* s, double d, kernel_index count, bool divide_first);
+
+  /// The rows of the unit upper triangle u (packed) in a U-D filter's measurement update: for j = i+1 .. order - 1,
+  /// u(i, j) += lambda[j] * b[i], then b[i] += v[j] * (what u(i, j) was).
+  void (*update_gain)(double* u, kernel_index order, const double* lambda, const double* v, double* b);
+
+  /// `rows` lines below a pivot line, of whole registers: l = line[col] / pivot[col] takes the place of line[col], what is
+  /// behind becomes line[k] - l * pivot[k]; unless l is 0.0.
+  void (*eliminate)(double* lines, kernel_offset stride, kernel_index rows, const double* pivot, kernel_index col,
+                    kernel_index cols);
+
+  /// y[k] -= s * x[k] where x[k] is not 0.0.
+  void (*subtract_nonzero)(double* y, double s, const double* x, kernel_index count);
+
+  /// r[i] = b[i] - sum over j = 0 .. terms - 1 of a(i, j) * x[j], in twice the working precision; column j of a begins
+  /// j * stride doubles behind the first.
+  void (*residuals)(double* r, kernel_index count, const double* b, const double* a, kernel_offset stride,
+                    kernel_index terms, const double* x);
 
   /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
