@@ -2,9 +2,9 @@
 # usage: coverage.sh [--no-install]
 #
 # Which lines and branches of src/ the test programs reach: the programs of the release build (scripts/test.sh --quick
-# makes them) run with an instrumented library in place of their own, those of the pair tables once per set of
-# kernels. Their results must be those of the release build. Names what was not
-# reached, and fails when there is any that the sources do not declare impossible.
+# makes them) run with an instrumented library in place of their own, two of them once per set of kernels. Their
+# results must be those of the release build. Names what was not reached, and fails when there is any that the sources do
+# not declare impossible.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
@@ -48,7 +48,9 @@ run() {
 
 say "coverage: running the test programs"
 for program in $(find build/release/tests -name 'test_*' -type f -perm -u+x | sort); do run "${program##*/test_}"; done
-for kernels in portable sse2 avx2 avx512; do run laws $kernels; done
+for kernels in portable sse2 avx2 avx512; do
+  for room in laws unit; do run $room $kernels; done
+done
 
 LD_LIBRARY_PATH=$folder build/release/examples/readme >/dev/null # a program that leaves the choice of kernels to the library
 
