@@ -81,7 +81,7 @@ class NewResult {
     if constexpr (is_dense<K>) {
       // never all ways: constructors allocate by code, so none fails halfway
       K* p = new (std::nothrow) K(std::forward<Args>(args)...);
-      TestNULL(p, code::allocate);
+      if (p == nullptr) TestNULL(p, code::allocate);
       return p;
     } else {
       return new K(std::forward<Args>(args)...);  // never all ways: the compiler keeps a flag of what is constructed

@@ -8,20 +8,28 @@
 
 namespace quorvel::detail {
 
+/// The storage and state of a dispensable source, which dies, if nothing speaks against it.
+template <class K>
+bool TookOver(K& target, K& source) {
+  if (!source.dispensable() || !Usable(target, source)) return false;
+  Access::swap_state(target, source);
+  Access::swap_storage(target, source);
+  source.DestroyIfDispensable();
+  return true;
+}
+
 /// Assignment from the same kind: nothing for the same object; a dispensable source gives its storage and dies.
 template <class K>
 K& AssignSameKind(K& target, K& source) {
   if (&target == &source) return target;
-  RequireAssignable(target, source, code::assign);
   if constexpr (is_dense<K>) {
-    if (source.dispensable()) {
-      Access::swap_state(target, source);
-      Access::swap_storage(target, source);
-      source.DestroyIfDispensable();
-    } else {
-      CopyContents(target, source);
-    }
-  } else if (source.dispensable()) {
+    if (TookOver(target, source)) return target;
+    RequireAssignable(target, source, code::assign);
+    CopyContents(target, source);
+    return target;
+  }
+  RequireAssignable(target, source, code::assign);
+  if (source.dispensable()) {
     target.Swap(source);
     source.DestroyIfDispensable();
   } else {

@@ -22,7 +22,7 @@ double* NewDoubles(std::uint64_t count) {
   if (count == 0) return nullptr;
   // never all ways: the count fits, which the language asks
   double* p = new (std::nothrow) double[static_cast<std::size_t>(count)];
-  TestNULL(p, code::allocate);
+  if (p == nullptr) TestNULL(p, code::allocate);
   return p;
 }
 

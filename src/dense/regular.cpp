@@ -19,7 +19,9 @@ RegularMatrix::RegularMatrix(size_type rows, size_type cols) : SingleArrayMatrix
   AllocateMemory(GetArrayCount(rows, cols), true);
 }
 
-RegularMatrix::RegularMatrix(RegularMatrix& source) : RegularMatrix() { *this = source; }
+RegularMatrix::RegularMatrix(RegularMatrix& source) : SingleArrayMatrix(regular), m_(0), n_(0) {
+  if (!detail::TookOver(*this, source)) *this = source;
+}
 
 RegularMatrix::RegularMatrix(const RegularMatrix& source) : RegularMatrix(detail::Mutable(source)) {}
 

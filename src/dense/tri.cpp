@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "core/ownership.h"
+#include "core/same_kind.h"
 #include "core/storage.h"
 #include "dense/rules.h"
 
@@ -23,13 +24,15 @@ TriMatrix::TriMatrix(class_type kind, size_type rows, size_type cols) : SquareMa
 }
 
 TriMatrix::TriMatrix(TriMatrix& source) : SquareMatrix(source.kind()) {
+  if (detail::TookOver(*this, source)) return;
   ThrowEquals(detail::code::assign, source);
-  if (source.dispensable()) {
-    SwapSquare(source);
-    source.DestroyIfDispensable();
-  } else {
-    Copy(source, false);
+  const index_t n = source.ndim();
+  if (n != 0) {
+    AllocateMemory(detail::saturated(detail::packed_count(n)), false);
+    n_ = n;
+    detail::CopyDoubles(data(), source.data(), detail::packed_count(n));
   }
+  set_nsing(source.nsing());
 }
 
 Matrix::size_type TriMatrix::StoredCount() const { return detail::saturated(detail::packed_count(n_)); }

@@ -57,6 +57,10 @@ struct ByBlocks {
         const index_t cols = n - j < wide ? n - j : wide;
         const BlockView x = BlockAt(a, i, j, rows, cols, of_a);
         const BlockView y = BlockAt(b, i, j, rows, cols, of_b);
+        if (cols == n) {  // whole lines, one behind the other
+          OnRuns<Op>(result.data() + std::size_t{i} * n, x.first, y.first, rows * n);
+          continue;
+        }
         for (index_t t = 0; t < rows; ++t) {
           OnRuns<Op>(result.data() + std::size_t{i + t} * n + j, x.first + t * x.stride, y.first + t * y.stride, cols);
         }
