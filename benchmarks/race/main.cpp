@@ -71,7 +71,7 @@ extern "C" __attribute__((visibility("default"))) const char* quorvel_choose_ker
 
 int main(int argc, char** argv) {
   std::string only, without;
-  bench::Effort effort{100e-6, 100e-3, 9};
+  bench::Effort effort{100e-6, 60e-3, 7};
   for (int k = 1; k < argc; ++k) {
     const std::string argument = argv[k];
     if (argument == "--list") {
