@@ -191,9 +191,9 @@ class QUORVEL_API SparseMatrix : public Matrix {
   double Max() const;
   double Min() const;
 
-  /// Puts random values on random cells until `count` cells (at most all of them) are stored: rand() % rows for the row,
-  /// rand() % cols for the column, lo + rand() * ((hi - lo) / 2147483647.0) for the value, in this order. Draws nothing
-  /// when enough is stored already or when every value would be 0.
+  /// Puts random values on random cells until `count` (at most all) are stored: rand() % rows for the row, rand() % cols
+  /// for the column, lo + rand() * ((hi - lo) / 2147483647.0) for the value, in this order. Draws nothing when enough is
+  /// stored or every value would be 0. Throws 62060 for a mirror image outside (symmetric kind with different sizes).
   void SetRandom(double lo, double hi, unsigned count);
   /// Every diagonal cell, from the last to the first; values of magnitude 1e-200 or less become -1e-200 or 1e-200.
   void SetRandomDiagonal(double lo, double hi);

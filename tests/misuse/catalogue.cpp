@@ -224,6 +224,7 @@ const Rule kRules[] = {
     {"SparseMatrix::IsRowEmpty(", {62170}},
     {"SparseMatrix::IsColEmpty(", {62180}},
     {"SparseMatrix::Put(", {62060}},
+    {"SparseMatrix::SetRandom(", {62060}},  // only where a symmetric matrix was made with different sizes
     {"SparseMatrix::SparseMatrixInsert(SparseElement", {62190}},
     {"SparseMatrix::SparseMatrixInsert(", {62060}},
     {"SparseMatrix::SparseMatrixRowInsert(", {62040}},
