@@ -188,6 +188,65 @@ void Extract(bench::Size size, const Hold& hold) {
   hold(race);
 }
 
+// A copy without the middle half of the rows.
+template <Kind kind>
+void RemoveRows(bench::Size size, const Hold& hold) {
+  Operands o(kind, size.n);
+  const unsigned n = o.first.n, at = n / 4, count = n / 2, left = n - count;
+  std::vector<int> kept;
+  for (unsigned i = 0; i < n; ++i) {
+    if (i < at || i >= at + count) kept.push_back(static_cast<int>(i));
+  }
+  bench::Race race;
+  race.add("Quorvel", "copy, RemoveRows", [&](auto use) {
+    RegularSparseMatrix c(std::as_const(o.a));
+    c.RemoveRows(at, count);
+    use(bench::Elements(c));
+  });
+  race.add("Eigen", "topRows, bottomRows", [&](auto use) {
+    o.ec.resize(left, n);
+    o.ec.topRows(at) = o.ea.topRows(at);
+    o.ec.bottomRows(left - at) = o.ea.bottomRows(left - at);
+    use(bench::Elements(o.ec));
+  });
+  race.add("CHOLMOD", "cholmod_submatrix", [&](auto use) {
+    const Cholmod::Matrix c = o.cholmod.own(cholmod_submatrix(o.ca.get(), nullptr, -1, kept.data(),
+                                                              static_cast<long>(kept.size()), kValues, kSorted,
+                                                              &o.cholmod.common));
+    use(bench::Elements(c));
+  });
+  hold(race);
+}
+
+// A symmetric matrix made general: its upper triangle is stored, both are wanted.
+template <Kind kind>
+void BothTriangles(bench::Size size, const Hold& hold) {
+  const Shape shape(kind, size.n, 1);
+  SymmetricSparseMatrix s(shape.n, shape.n);
+  s.SetGrowBy(size.n);
+  SparseElement* previous = nullptr;
+  EigenSparse upper(shape.n, shape.n), both;
+  upper.reserve(Eigen::VectorXi::Constant(shape.n, static_cast<int>(shape.per_row)));
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    const unsigned row = shape.rows[k], col = shape.cols[k];
+    if (k != 0 && row != shape.rows[k - 1]) previous = nullptr;
+    if (col < row) continue;
+    previous = s.SparseMatrixInsert(previous, row, col, shape.values[k]);
+    upper.insert(static_cast<int>(row), static_cast<int>(col)) = shape.values[k];
+  }
+  upper.makeCompressed();
+  bench::Race race;
+  race.add("Quorvel", "RegularSparseMatrix", [&](auto use) {
+    const RegularSparseMatrix c(std::as_const(s));
+    use(bench::Elements(c));
+  });
+  race.add("Eigen", "selfadjointView", [&](auto use) {
+    both = upper.selfadjointView<Eigen::Upper>();
+    use(bench::Elements(both));
+  });
+  hold(race);
+}
+
 // Times a general matrix of eight columns.
 template <Kind kind>
 void TimesVectors(bench::Size size, const Hold& hold) {
@@ -289,6 +348,12 @@ const bench::Entered transpose_scattered("growth", "sparse transpose (scattered)
                                          Transpose<kScattered>);
 const bench::Entered extract_band("growth", "sparse extraction (band)", bench::Growing(), Extract<kBand>);
 const bench::Entered extract_scattered("growth", "sparse extraction (scattered)", bench::Growing(), Extract<kScattered>);
+const bench::Entered remove_band("growth", "sparse removal of rows (band)", bench::Growing(), RemoveRows<kBand>);
+const bench::Entered remove_scattered("growth", "sparse removal of rows (scattered)", bench::Growing(),
+                                      RemoveRows<kScattered>);
+const bench::Entered both_band("growth", "sparse both triangles (band)", bench::Growing(), BothTriangles<kBand>);
+const bench::Entered both_scattered("growth", "sparse both triangles (scattered)", bench::Growing(),
+                                    BothTriangles<kScattered>);
 const bench::Entered vectors("growth", "sparse times eight vectors (scattered)", bench::Growing(),
                              TimesVectors<kScattered>);
 const bench::Entered cholesky("growth", "sparse CholeskyFactor (band)", bench::Growing(), Cholesky);
