@@ -15,6 +15,7 @@ tools=(
   "test|doxygen|doxygen|checks that everything is documented"
   "test|pkg-config|pkg-config|finds the installed library, in a test"
   "test|valgrind|valgrind|counts the instructions of calls"
+  "test|python3|python3|compares lists of functions and codes, in tests"
   "clang|clang|clang++|the second compiler"
   "arm|g++-arm-linux-gnueabihf|arm-linux-gnueabihf-g++|compiles the library for 32-bit ARM"
   "arm|qemu-user|qemu-arm|runs the ARM programs on this machine"
