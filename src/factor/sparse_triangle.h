@@ -6,6 +6,8 @@
 #ifndef QUORVEL_FACTOR_SPARSE_TRIANGLE_H
 #define QUORVEL_FACTOR_SPARSE_TRIANGLE_H
 
+#include <cmath>
+#include <limits>
 #include <vector>
 
 #include "factor/tri_inverse.h"
@@ -31,7 +33,7 @@ class SparseTriangle {
       if (PivotPasses(d)) {
         d = 1.0 / d;
       } else {
-        d = 0.0;
+        d = unusable_pivot;
         ++singular;
       }
     }
@@ -41,16 +43,18 @@ class SparseTriangle {
   /// Line c of the inverse into x (n zeros before).
   void inverse_line(index_t c, double* x) const noexcept {
     const index_t n = static_cast<index_t>(pivots_.size());
-    x[c] = pivots_[c];
+    const auto usable = [this](index_t j) noexcept { return !std::isnan(pivots_[j]); };
+    x[c] = usable(c) ? pivots_[c] : 0.0;
     for (index_t j = c; j < n; ++j) {
-      // An infinite pivot has the reciprocal 0.0 as well, and no line to give: -(w·0.0) is not stored either.
-      if (j != c) x[j] = x[j] != 0.0 && pivots_[j] != 0.0 ? -(x[j] * pivots_[j]) : 0.0;
+      // An infinite pivot has the reciprocal 0.0: as a rule that leaves no line to give, but infinity times it is NaN.
+      if (j != c && x[j] != 0.0) x[j] = usable(j) ? -(x[j] * pivots_[j]) : 0.0;
       if (x[j] == 0.0) continue;
       for (std::size_t k = begins_[j]; k < begins_[std::size_t{j} + 1]; ++k) x[along_[k]] += values_[k] * x[j];
     }
   }
 
  private:
+  static constexpr double unusable_pivot = std::numeric_limits<double>::quiet_NaN();  // no reciprocal of a pivot is NaN
   std::vector<double> pivots_;
   std::vector<std::size_t> begins_;
   std::vector<index_t> along_;

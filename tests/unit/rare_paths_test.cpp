@@ -185,6 +185,28 @@ TEST(RarePaths, AnInfinitePivotOfASparseFactor) {
   EXPECT_EQ(factor(1, 0), 0.0);
 }
 
+// 1/infinity is 0, but infinity times that is NaN, in the sparse triangle as in the dense one. The line of an unusable
+// pivot holds nothing to multiply.
+TEST(RarePaths, AnInfinitePivotBesideAnInfiniteElement) {
+  const RegularSparseMatrix lower = SparseOf<RegularSparseMatrix>(
+      4, 4,
+      {{0, 0, 1.0}, {1, 0, kInfinity}, {1, 1, kInfinity}, {2, 0, 2.0}, {2, 1, 3.0}, {2, 2, 4.0}, {3, 0, kInfinity}});
+  const RegularSparseMatrix x(inv_lt(lower)), y(inv_ut(transpose(lower)));
+  const LowerTriangularMatrix z(inv(tril(RegularMatrix(lower))));
+  EXPECT_EQ(x.nsing(), 1);
+  for (unsigned i = 0; i < 4; ++i) {
+    for (unsigned j = 0; j <= i; ++j) {
+      const bool spoilt = j == 0 && (i == 1 || i == 2);
+      EXPECT_EQ(std::isnan(x(i, j)), spoilt) << i << ' ' << j;
+      EXPECT_EQ(std::isnan(y(j, i)), spoilt) << i << ' ' << j;
+      EXPECT_TRUE(i == 3 || std::isnan(z(i, j)) == spoilt) << i << ' ' << j;
+    }
+  }
+  EXPECT_EQ(x(0, 0), 1.0);
+  EXPECT_EQ(x(2, 2), 0.25);
+  EXPECT_EQ(x.used, 4u);
+}
+
 // A symmetric sparse matrix that was made with unlike sizes: what has no mirror image is taken once or refused.
 TEST(RarePaths, ASymmetricSparseMatrixOfUnlikeSizes) {
   SymmetricSparseMatrix s(2u, 3u);
