@@ -109,13 +109,14 @@ void RegularMatrix::SetRows(double value, size_type first, size_type count) {
 
 void RegularMatrix::SetCols(double value, size_type first, size_type count) {
   ThrowDimRange(detail::code::none, first, count, n_);
-  // The stride is the row count, and there are n steps; what would lie behind the last element is skipped.
+  // The stride is the row count, and there are n steps; what would lie behind the last element is skipped. Steps that
+  // touch are one run.
   const std::uint64_t stored = StoredCount();
-  for (size_type step = 0; step < n_; ++step) {
-    const std::uint64_t begin = first + std::uint64_t{step} * m_;
-    for (size_type k = 0; k < count; ++k) {
-      if (begin + k < stored) data()[begin + k] = value;
-    }
+  const bool touching = count >= m_;
+  const std::uint64_t run = touching ? (std::uint64_t{n_} - 1) * m_ + count : count;
+  std::uint64_t begin = first;
+  for (size_type steps = touching ? 1 : n_; steps > 0 && begin < stored; --steps, begin += m_) {
+    detail::FillDoubles(data() + begin, value, run < stored - begin ? run : stored - begin);
   }
 }
 

@@ -196,6 +196,18 @@ TEST(RegularBands, SetColsOverAllShapes) {
   }
 }
 
+// Steps that overlap, and steps behind the last element, are no work: visiting each would take hours.
+TEST(RegularBands, SetColsCostsNoMoreThanTheMatrix) {
+  const unsigned n = 1u << 18;
+  RegularMatrix row(1, n);
+  row.SetCols(2.0, 3, n - 3);
+  EXPECT_EQ(row.NumberNonZero(), n - 3);
+  EXPECT_EQ(row.SumRow(0, 0, 2), 0.0);
+  RegularMatrix empty(0, Matrix::npos);
+  EXPECT_NO_CODE(empty.SetCols(2.0, 0, Matrix::npos));
+  EXPECT_EQ(empty.ncols(), Matrix::npos);
+}
+
 TEST(RegularBands, InsertRowsInTheMiddleMovesLittle) {
   RegularMatrix a = Counting(2, 2);
   a.InsertRows(0, 1);
