@@ -11,6 +11,9 @@ using namespace quorvel::detail;
 
 namespace {
 
+/// The sums of so many rows need no heap.
+constexpr std::size_t small_sums = 128;
+
 /// Rows of right-hand sides times a reciprocal; a row without a usable pivot is left as it is.
 void SolveInPlace(const DiagonalMatrix& A, RegularMatrix& b) {
   const Rule<RegularMatrix> rows(b);
@@ -26,33 +29,46 @@ void SolveInPlace(const DiagonalMatrix& A, RegularMatrix& b) {
   A.set_nsing(singular);
 }
 
+/// So few rows and right-hand sides are done sooner element by element.
+constexpr index_t few_rows = 12;
+constexpr index_t few_sides = 4;
+
+template <class K>
+void SolveFew(const K& A, double* b, index_t q) noexcept {
+  constexpr bool upper = std::is_same_v<K, UpperTriangularMatrix>;
+  const Rule<K> t(A);
+  const index_t n = A.ndim();
+  const auto solved = [=](index_t k) noexcept { return upper ? n - 1 - k : k; };  // row that comes as k-th
+  for (index_t step = 0; step < n; ++step) {
+    const index_t i = solved(step);
+    double s[few_sides] = {};
+    for (index_t k = 0; k < step; ++k) AddScaled(s, q, b + std::size_t{solved(k)} * q, t.store(i, solved(k)));
+    const double d = t.store(i, i);
+    double* const row = b + std::size_t{i} * q;
+    for (index_t c = 0; c < q; ++c) row[c] = PivotPasses(d) ? (row[c] - s[c]) / d : 0.0;
+  }
+}
+
 /// Substitution: X(i) = (b(i) - S)/t(i, i), S = Σ t(i, k)·X(k) over the rows that are solved already, in that order.
 template <class K>
 void SolveInPlace(const K& A, RegularMatrix& b) {
   constexpr bool upper = std::is_same_v<K, UpperTriangularMatrix>;
-  const Rule<K> t(A);
   const index_t n = A.ndim();
-  const index_t q = b.ncols();
-  WorkArea<small_order> sums(q);
-  double* const s = sums.data();
-  const auto row = [&](index_t i) noexcept { return b.data() + std::size_t{i} * q; };
   Matrix::nsing_type singular = 0;
-  for (index_t step = 0; step < n; ++step) {
-    const index_t i = upper ? n - 1 - step : step;
-    const double d = t.store(i, i);
-    if (!PivotPasses(d)) {
-      ++singular;
-      if (q != 0) FillDoubles(row(i), 0.0, q);
-      continue;
+  if (b.ncols() == 1) {
+    WorkArea<small_sums> sums(n);
+    const auto solve = upper ? kernels().solve_upper : kernels().solve_lower;
+    singular = static_cast<Matrix::nsing_type>(solve(A.data(), n, b.data(), sums.data(), smallest_pivot));
+  } else {
+    for (index_t i = 0; i < n; ++i) {
+      if (!PivotPasses(A.data()[packed_row(i, n)])) ++singular;
     }
-    if (q == 0) continue;
-    FillDoubles(s, 0.0, q);
-    if constexpr (upper) {
-      for (index_t k = n; k-- > i + 1;) AddScaled(s, q, row(k), t.store(i, k));
+    if (n <= few_rows && b.ncols() <= few_sides) {
+      SolveFew(A, b.data(), b.ncols());
     } else {
-      for (index_t k = 0; k < i; ++k) AddScaled(s, q, row(k), t.store(i, k));
+      PanelScratch strip(n);
+      kernels().solve_lines(A.data(), n, upper, b.data(), b.ncols(), strip.data(), smallest_pivot);
     }
-    for (index_t c = 0; c < q; ++c) row(i)[c] = (row(i)[c] - s[c]) / d;
   }
   A.set_nsing(singular);
 }

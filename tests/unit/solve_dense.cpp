@@ -208,6 +208,28 @@ TEST(Solve, EqualsTheLiteralComputation) {
   }
 }
 
+// Blocks of rows and strips of columns, whole and not.
+TEST(Solve, TrianglesOfAnySizeWithAnyNumberOfSides) {
+  Random random(614);
+  for (unsigned n : {1u, 3u, 7u, 8u, 9u, 12u, 13u, 16u, 23u, 31u, 32u, 45u, 129u}) {
+    for (Pattern pattern : kAllPatterns) {
+      for (unsigned q : {1u, 2u, 4u, 5u, 8u, 9u, 24u, 25u, 41u}) {
+        if (n > 32 && q > 1 && q != 25) continue;
+        SCOPED_TRACE(::testing::Message() << "order " << n << ", " << q << " columns, " << Name(pattern));
+        Plain a(n, n);
+        Fill(a.e.data(), a.e.size(), pattern, random);
+        if (n > 4) a(n / 2, n / 2) = -1e-200;
+        const RegularMatrix b = Filled<RegularMatrix>(pattern, random, n, q);
+        const Plain side = PlainOf(b);
+        const UpperTriangularMatrix upper = PackedOf<UpperTriangularMatrix>(a);
+        Everywhere(upper, b, LiteralSubstitution(PlainOf(upper), side, true));
+        const LowerTriangularMatrix lower = PackedOf<LowerTriangularMatrix>(a);
+        Everywhere(lower, b, LiteralSubstitution(PlainOf(lower), side, false));
+      }
+    }
+  }
+}
+
 TEST(Solve, EqualsTheLiteralComputationOnSparsePatterns) {
   Random random(612);
   for (int trial = 0; trial < 200; ++trial) {

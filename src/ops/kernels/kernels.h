@@ -178,6 +178,17 @@ struct Kernels {
   void (*square_columns)(double* s, const double* packed, kernel_index order, kernel_index first, kernel_index count,
                          const double* x);
 
+  /// Solves with a packed triangle of some order: x holds the right-hand side and becomes the solution, element i being
+  /// (x[i] - S)/t(i, i), S the sum of t(i, k) * x[k] over what is solved already, in that order, from 0.0. Where
+  /// |t(i, i)| is not beyond `smallest`, x[i] becomes 0.0; how many these are is returned. s: scratch of `order` doubles.
+  kernel_index (*solve_lower)(const double* packed, kernel_index order, double* x, double* s, double smallest);
+  kernel_index (*solve_upper)(const double* packed, kernel_index order, double* x, double* s, double smallest);
+
+  /// The same for `cols` right-hand sides, the columns of b, with an upper or lower triangle. strip: scratch of `order`
+  /// lines of panel_columns doubles.
+  void (*solve_lines)(const double* packed, kernel_index order, bool upper, double* b, kernel_index cols,
+                      double* strip, double smallest);
+
   // Strips: up to panel_columns columns of a matrix side by side, row i in line i of panel_columns doubles.
 
   /// Copies columns into a strip; lengths: the squared length of each.
