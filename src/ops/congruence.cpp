@@ -38,6 +38,7 @@ void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, un
 
 template <class FillStrip>
 void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned width, unsigned n, unsigned m, FillStrip fill_strip) {
+  if (m == 0) return ClearDoubles(s.data(), s.StoredCount());  // x has no array to look into
   StripScratch scratch(std::uint64_t{width} * m);
   double* const w = scratch.data();
   for (unsigned begin = 0; begin < n; begin += width) {
