@@ -5,5 +5,7 @@ if(QUORVEL_COVERAGE)
   target_sources(quorvel_objects PRIVATE "${PROJECT_SOURCE_DIR}/tools/coverage/keep_counts.cpp")
   target_compile_options(quorvel_objects PRIVATE --coverage)
   target_link_options(Quorvel PRIVATE --coverage)
+  # The tests of internals bring their own copies of what stands in headers, and the linker may keep those: counted, too.
+  target_compile_options(QuorvelStatic INTERFACE --coverage)
   target_link_options(QuorvelStatic INTERFACE --coverage -Wl,--undefined=quorvel_keeps_counts)
 endif()

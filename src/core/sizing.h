@@ -47,12 +47,12 @@ void SizeForResult(K& result, index_t rows, index_t cols) {
   result.SetSize(rows, cols, false);
 }
 
-/// As Copy(source, false).
+/// As Copy(source, false), for another matrix than the target.
 template <class K>
 void CopyContents(K& target, const K& source) {
   SizeForResult(target, source.nrows(), source.ncols());
   target.set_nsing(source.nsing());
-  if (&target != &source) CopyDoubles(target.data(), source.data(), StoredIn(source));
+  CopyDoubles(target.data(), source.data(), StoredIn(source));
 }
 
 }  // namespace quorvel::detail

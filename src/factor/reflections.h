@@ -35,7 +35,7 @@ struct ReflectionWork {
 };
 
 /// The reflection of one column: the non-zero elements below the diagonal are vector[rows[0 .. count - 1]]. There may be
-/// none left although a reflection was made: on a long column they can underflow, and the row just changes its sign.
+/// none left although a reflection was made: where the square of v0 overflows, which makes beta NaN, and so the pivot.
 struct Reflection {
   bool made;
   double beta;

@@ -117,12 +117,7 @@ class InverseRows {
   void reflect_by(index_t j) {
     const ReflectionWork work{nullptr, sums_, vector_.data(), rows_.data()};
     const Reflection h = h_.recall(j, used_, work);
-    if (h.beta == 0.0) return;
-    if (h.count != 0) {
-      ReflectLanes(panel_.data(), width, width, j, h, work);
-    } else {
-      for (index_t c = 0; c < width; ++c) lanes(j)[c] -= lanes(j)[c] * h.beta;
-    }
+    if (h.beta != 0.0) ReflectLanes(panel_.data(), width, width, j, h, work);
   }
 
   const SparseTriangle& r_;

@@ -49,8 +49,8 @@ void CopyRowAndMirror(SparseMatrix& target, const SparseMatrix& source, index_t 
 void CopyBothTriangles(SparseMatrix& target, const SparseMatrix& source) {
   detail::ListHints<ByRow> rows(target);
   detail::ListHints<ByCol> cols(target);
-  const auto add = [&](index_t row, index_t col, double value) {
-    if (row >= target.rows || col >= target.cols) detail::FailWith(detail::fixed::sparse_insert);
+  const auto add = [&](index_t row, index_t col, double value, int failure) {
+    if (row >= target.rows || col >= target.cols) detail::FailWith(failure);
     SparseElement* const e = detail::NewElement(target, row, col, value);
     rows.link(row, col, e);
     cols.link(col, row, e);
@@ -58,8 +58,8 @@ void CopyBothTriangles(SparseMatrix& target, const SparseMatrix& source) {
   index_t i = 0;
   for (; i < source.rows && IsUpperRow(source, i); ++i) {
     for (const SparseElement* e = source.rowHeads[i]; e != nullptr; e = e->nextInRow) {
-      add(e->row, e->col, e->value);
-      if (e->row != e->col) add(e->col, e->row, e->value);
+      add(e->row, e->col, e->value, detail::fixed::sparse_append);
+      if (e->row != e->col) add(e->col, e->row, e->value, detail::fixed::sparse_insert);
     }
   }
   for (; i < source.rows; ++i) CopyRowAndMirror(target, source, i);

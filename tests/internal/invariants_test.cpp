@@ -31,6 +31,8 @@ TEST_F(Invariants, ConversionsNameTemplateLineAndSignature) {
   EXPECT_DEATH(RM_EQ_TMat(r, s),
                "templates:124: RegularMatrix ?& ?RM_EQ_TMat\\(RegularMatrix ?&, const T ?&\\) " WITH_T("SymmetricMatrix")
                ": Assertion `!\"Invalid type\"' failed\\.");
+  Access::set_kind(s, Matrix::regular);
+  EXPECT_DEATH(RM_EQ_TMat(r, s), "templates:124: ");
   DiagonalMatrix d(2);
   Access::set_kind(d, Matrix::regular);
   SymmetricMatrix symmetric;

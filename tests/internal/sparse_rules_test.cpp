@@ -12,6 +12,8 @@
 
 using namespace quorvel::test;
 using quorvel::detail::LineCursor;
+using quorvel::detail::NewElement;
+using quorvel::detail::ReturnRecord;
 using quorvel::detail::RowWriter;
 using quorvel::detail::Rule;
 
@@ -134,6 +136,36 @@ TYPED_TEST(SparseRule, WriterDoesWhatSingleStepsDo) {
     }
     EXPECT_EQ(bulk.used, single.used);
   }
+}
+
+// An element that lies outside the matrix, as the loss of columns alone can leave it, is in no column list.
+TEST(SparseRule, WriterRemovesWhatLiesOutside) {
+  const auto torn = [] {
+    SS a(4);
+    a.SparseMatrixInsert(nullptr, 3, 2, 1.0);
+    a.SparseMatrixInsert(nullptr, 1, 1, 2.0);
+    a.RemoveCols(2, 2);
+    return a;
+  };
+  SS bulk = torn(), single = torn();
+  RowWriter(bulk).remove(nullptr, bulk.rowHeads[3]);
+  single.SparseMatrixRemove(nullptr, single.rowHeads[3]);
+  EXPECT_EQ(PlacesOf(bulk), PlacesOf(single));
+  EXPECT_EQ(CellsOf(bulk), (std::vector<Cell>{{1, 1, 2.0}}));
+  EXPECT_EQ(bulk.used, 1u);
+  EXPECT_SOUND(bulk);
+}
+
+// A record that comes to a matrix without any becomes the end mark, which is never handed out.
+TEST(SparseRule, TheFirstRecordThatComesBackIsTheEndMark) {
+  RS a(2, 2);
+  SparseElement other{};
+  ReturnRecord(a, &other);
+  EXPECT_EQ(a.freeHead, &other);
+  EXPECT_EQ(other.nextInCol, nullptr);
+  SparseElement* const e = NewElement(a, 1, 1, 3.0);
+  EXPECT_NE(e, &other);
+  EXPECT_EQ(BlocksOf(a), 1u);
 }
 
 TEST(SparseRule, WriterChecksIndices) {

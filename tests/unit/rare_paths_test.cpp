@@ -139,6 +139,26 @@ TEST(RarePaths, ALongAndWideCongruence) {
   }
 }
 
+// Found by fuzzing, 2026-11-21: no terms, but more strips than one. The second one looked behind a missing array.
+TEST(RarePaths, CongruencesOfNothing20261121) {
+  static constexpr unsigned n = 30;
+  const RegularMatrix none(0, n), thin(n, 0);
+  const auto expect_zeros = [](const SymmetricMatrix s) {
+    ASSERT_EQ(s.ndim(), n);
+    for (unsigned i = 0; i < n; ++i) {
+      for (unsigned j = i; j < n; ++j) EXPECT_EQ(s(i, j), 0.0) << i << ", " << j;
+    }
+  };
+  expect_zeros(ATPA(none, SymmetricSparseMatrix(0u)));
+  expect_zeros(ATPA(none, SymmetricMatrix()));
+  expect_zeros(ATPA(none, DiagonalMatrix()));
+  expect_zeros(AQAT(thin, SymmetricSparseMatrix(0u)));
+  expect_zeros(AQAT(thin, SymmetricMatrix()));
+  expect_zeros(AQAT(thin, DiagonalMatrix()));
+  expect_zeros(ATA(none));
+  expect_zeros(AAT(thin));
+}
+
 TEST(RarePaths, ExtremesOfStoredElements) {
   const RegularSparseMatrix a = SparseOf<RegularSparseMatrix>(2, 3, {{0, 0, 2.0}, {0, 2, 5.0}, {1, 0, 1.0}, {1, 1, 3.0}});
   EXPECT_EQ(a.Max(), 5.0);
@@ -238,6 +258,23 @@ TEST(RarePaths, WeightedNormsOfSparseVectors) {
   EXPECT_CODE(static_cast<void>(PWeightedNorm(x, SymmetricSparseMatrix(2u))), 40000);
   EXPECT_CODE(static_cast<void>(PWeightedNorm(RegularSparseMatrix(3, 0), p)), 40000);
   EXPECT_EQ(PWeightedNorm(RegularSparseMatrix(0, 0), SymmetricMatrix()), 0.0);
+}
+
+// More rows than the strips of the triangularisation take: columns one by one.
+TEST(RarePaths, ALongColumnIsTriangularised) {
+  const unsigned m = (1u << 20) + 1;
+  RegularMatrix a(m, 2);
+  for (unsigned i = 0; i < m; ++i) a.data()[2 * std::size_t{i}] = 1.0;
+  a.data()[1] = 3.0;
+  a.data()[2 * std::size_t{m} - 1] = -4.0;
+  const RegularMatrix& r = HouseholderTransformation(a, true);
+  ASSERT_EQ(r.nrows(), 2u);
+  ASSERT_EQ(r.ncols(), 2u);
+  // R'R = A'A = {m, -1; -1, 25}, with the roundings of a million terms
+  EXPECT_NEAR(r(0, 0), std::sqrt(static_cast<double>(m)), 1e-9);
+  EXPECT_NEAR(r(0, 0) * r(0, 1), -1.0, 1e-8);
+  EXPECT_NEAR(r(0, 1) * r(0, 1) + r(1, 1) * r(1, 1), 25.0, 1e-8);
+  EXPECT_EQ(r(1, 0), 0.0);
 }
 
 TEST(RarePaths, ReversedColumnsOfABlock) {
