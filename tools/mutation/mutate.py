@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Mutation test of the library: one token of its sources is changed at a time, and some test has to notice.
 
-usage: mutate.py [--build build/release] [--count 300 | --all] [--seed 1] [--jobs 1] [--again RESULTS] [--results FILE]
-                 [--minimum PERCENT] [--work DIRECTORY] [FOLDER...]
+usage: mutate.py [--build build/release] [--count 300 [--skip 0] | --all] [--seed 1] [--jobs 1] [--again RESULTS]
+                 [--results FILE] [--minimum PERCENT] [--work DIRECTORY] [FOLDER...]
 
 BUILD is a finished Ninja build with its tests. Changed are comparisons, signs, bounds, constants and logic in FOLDER...
 (src/ops src/sparse src/factor src/core). Only the translation units that see the change are compiled again, at -O1; the
@@ -15,7 +15,8 @@ library takes the place of the tests' one through LD_LIBRARY_PATH. A mutant is
 
 The score is killed / (killed + survived). --again runs those that survived in an earlier results file once more.
 Everything happens on copies in a temporary folder, so that the sources may change meanwhile; --work names a folder
-that is kept, and saves compiling the unchanged library when it is used again.
+that is kept, and saves compiling the unchanged library when it is used again. --skip leaves out the first ones: a run
+goes on where one with a smaller --count ended.
 """
 import argparse
 import concurrent.futures
@@ -40,6 +41,7 @@ import mutants
 # Rooms that tell nothing which the others do not tell sooner: whole examples, other libraries, large data.
 LEFT_OUT = {"data", "gnss", "gnss_data", "lapack", "cxx20", "install", "layout", "harness"}
 KERNELS = ["portable", "sse2", "avx2"]  # beside the widest, which runs by itself
+WIDEST = "avx512.cpp" if " avx512f " in Path("/proc/cpuinfo").read_text() else "avx2.cpp"
 
 
 def run(command, **more):
@@ -180,6 +182,7 @@ class Worker:
 
         # New and freed memory is filled, so that reading too far shows.
         environment = dict(os.environ, LD_LIBRARY_PATH=str(self.lib), TMPDIR=str(self.temporary), MALLOC_PERTURB_="85")
+        environment["QUORVEL_MISUSE_CALLS"] = "100000"
         environment.pop("QUORVEL_KERNELS", None)
         if kernels:
             environment["QUORVEL_KERNELS"] = kernels
@@ -205,24 +208,26 @@ class Worker:
         original = path.read_text()
         path.write_text(mutants.apply(original, site))
         try:
+            units = self.bench.sees.get(file, [])
+            # The instances of the kernels keep their code to themselves, and the programs run the widest: most mutants
+            # die by that one already, and the others need not be compiled.
+            instances = len(units) > 1 and all("/kernels/" in source for source in units)
+            steps = [[u for u in units if u.endswith(WIDEST)], [u for u in units if not u.endswith(WIDEST)]]
             changed = {}
-            for source in self.bench.sees.get(file, []):
-                output = self.objects / self.bench.object_name(source)
-                try:
-                    done = run(self.bench.command(source, self.tree, output), timeout=300)
-                except subprocess.TimeoutExpired:
-                    return "not compiled", "compiler"
-                if done.returncode:
-                    return "not compiled", ""
-                if not filecmp.cmp(output, self.bench.base / self.bench.object_name(source), shallow=False):
-                    changed[source] = output
+            for step in steps if instances else [units]:
+                before = len(changed)
+                trouble = self.compile(step, changed)
+                if trouble is not None:
+                    return trouble
+                if len(changed) == before:
+                    continue
+                if self.link(changed) is not None:
+                    return "not compiled", "linker"
+                for name, room, limit, part in rooms if before == 0 else []:
+                    if not self.test(room, limit, part):
+                        return "killed", name
             if not changed:
                 return "equivalent", ""
-            if self.link(changed) is not None:
-                return "not compiled", "linker"
-            for name, room, limit, part in rooms:
-                if not self.test(room, limit, part):
-                    return "killed", name
             if "/kernels/" in file:
                 for kernels in KERNELS:
                     for room in ("laws", "accuracy"):
@@ -231,6 +236,20 @@ class Worker:
             return "survived", ""
         finally:
             path.write_text(original)
+
+    def compile(self, sources, changed):
+        """Compiles the sources, and adds the objects that are not as before to `changed`. None, or the verdict."""
+        for source in sources:
+            output = self.objects / self.bench.object_name(source)
+            try:
+                done = run(self.bench.command(source, self.tree, output), timeout=600)
+            except subprocess.TimeoutExpired:
+                return "not compiled", "compiler"
+            if done.returncode:
+                return "not compiled", ""
+            if not filecmp.cmp(output, self.bench.base / self.bench.object_name(source), shallow=False):
+                changed[source] = output
+        return None
 
 
 def explained_reasons():
@@ -248,6 +267,7 @@ def main():
     parser = argparse.ArgumentParser(usage=__doc__)
     parser.add_argument("--build", type=Path, default=Path("build/release"))
     parser.add_argument("--count", type=int, default=300)
+    parser.add_argument("--skip", type=int, default=0)
     parser.add_argument("--all", action="store_true")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=1)
@@ -278,7 +298,7 @@ def main():
         elif not options.all:
             # Chosen by a shuffle: a larger count takes the same ones and more.
             random.Random(options.seed).shuffle(chosen)
-            chosen = chosen[:options.count]
+            chosen = chosen[options.skip:options.count]
         print(f"{len(chosen)} of {len(everything)} mutants", flush=True)
 
         workers = [Worker(bench, number) for number in range(options.jobs)]
