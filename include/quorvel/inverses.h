@@ -48,10 +48,10 @@ QUORVEL_API RegularMatrix& inv(const RegularMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv(SymmetricMatrix& A, bool inPlace = false);
 QUORVEL_API SymmetricMatrix& inv(const SymmetricMatrix& A, bool inPlace = false);
 
-// Sparse kinds. Zeros of the result are not stored, and for finite matrices its other values are those of the dense
-// inverse to the last bit. In place the inverse takes the place of A's store when it is complete; it has A's block
-// size. Beside it there are lists of the reflection vectors and of R, and panels of 32 columns; exhausted memory is a
-// std::bad_alloc.
+// Sparse kinds. Zeros of the result are not stored, and as long as nothing overflows its other values are those of the
+// dense inverse to the last bit. In place the inverse takes the place of A's store when it is complete; it has A's
+// block size. Beside it there are lists of the reflection vectors and of R, and panels of 32 columns; exhausted memory
+// is a std::bad_alloc.
 
 /// By reflections, orders 2 and 3 included. Codes and counts as for a regular matrix: 50940, 40900.
 QUORVEL_API RegularSparseMatrix& inv(RegularSparseMatrix& A, bool inPlace = false);
