@@ -23,12 +23,16 @@ namespace {
 template <class K, class Invert>
 K& InverseInPlaceOrNew(K& A, bool inPlace, Invert invert) {
   Consumed operand(A);
+  const bool lands_in_a = inPlace || A.dispensable();
+  if constexpr (std::is_same_v<K, RegularSparseMatrix>) {
+    if (lands_in_a) A.set_nsing(0);  // also when there is no inverse
+  }
   RequireInvertibleOrder(A.rows);
   const auto fill = [&](K& target) {
     if (A.growBy != 0) target.SetGrowBy(A.growBy - 1);
     return invert(target);
   };
-  if (inPlace || A.dispensable()) {
+  if (lands_in_a) {
     K fresh(A.rows, A.cols);
     const Matrix::nsing_type singular = fill(fresh);
     A.Swap(fresh);

@@ -296,8 +296,11 @@ TEST(InverseCodes, NotSquare) {
 template <class K>
 void OrderZeroHasNoInverse() {
   K empty;
+  empty.set_nsing(9);
   EXPECT_THROW(inv(empty), std::bad_array_new_length);
+  EXPECT_EQ(empty.nsing(), 9);
   EXPECT_THROW(inv(empty, true), std::bad_array_new_length);
+  EXPECT_EQ(empty.nsing(), (std::is_same_v<K, SymmetricMatrix>) ? 9 : 0);
   EXPECT_THROW(inv(static_cast<const K&>(empty)), std::bad_array_new_length);
   EXPECT_THROW(inv(Dispensable<K>()), std::bad_array_new_length);
   EXPECT_EQ(GetErrorCode(), 0);

@@ -263,8 +263,11 @@ TEST(SparseInverseCodes, EveryOne) {
   EXPECT_CODE(inv(Dispensable<RS>(2u, 3u)), 40900);
   RS none;
   SS nothing;
+  none.set_nsing(9);
   EXPECT_THROW(inv(none), std::bad_array_new_length);
+  EXPECT_EQ(none.nsing(), 9);
   EXPECT_THROW(inv(none, true), std::bad_array_new_length);
+  EXPECT_EQ(none.nsing(), 0);  // as that of a dense matrix
   EXPECT_THROW(inv(Dispensable<RS>()), std::bad_array_new_length);
   EXPECT_THROW(inv(nothing), std::bad_array_new_length);
   EXPECT_THROW(inv(Dispensable<SS>()), std::bad_array_new_length);
