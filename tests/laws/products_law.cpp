@@ -94,6 +94,16 @@ TEST(Products, LongSums) {
   Expect(c * l, MaskedProduct(MaskedOf(c), MaskedOf(l)), "13 x 300 times lower");
 }
 
+// More rows than one block has.
+TEST(Products, ManyRows) {
+  Random random(8);
+  const RegularMatrix a = Sample<RegularMatrix>(531, 70, Pattern::kUniform, random);
+  const RegularMatrix b = Sample<RegularMatrix>(70, 301, Pattern::kUniform, random);
+  Expect(a * b, MaskedProduct(MaskedOf(a), MaskedOf(b)), "531 x 70 x 301");
+  const Masked upper = MaskedUpper(MaskedProduct(MaskedOf(a), MaskedTranspose(MaskedOf(a))));
+  Expect(AAT(a), upper, "AAT 531 x 70");
+}
+
 // Triangular results beside packed panels, in more than one block of terms.
 TEST(Products, LargeTriangles) {
   Random random(7);
