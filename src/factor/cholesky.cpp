@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "core/ownership.h"
+#include "core/sizing.h"
 #include "core/work_area.h"
 #include "factor/cholesky_template.h"
 #include "factor/left_looking.h"
@@ -18,13 +19,16 @@ namespace quorvel::detail {
 
 namespace {
 
-/// The lower triangle has the packed array of the symmetric matrix: that of a dispensable one itself.
-void TakeLowerTriangle(LowerTriangularMatrix& lower, SymmetricMatrix& a) {
+/// Makes room for the factor in the array of a dispensable `a`, or in one of its own. Returns where the lower triangle is:
+/// it has the packed array of the symmetric matrix.
+const double* MakeRoom(LowerTriangularMatrix& lower, SymmetricMatrix& a) {
   if (a.dispensable()) {
     Access::swap_storage(lower, a);
-  } else {
-    lower.Copy(a, false);
+    return lower.data();
   }
+  SizeForResult(lower, a.ndim(), a.ndim());
+  lower.set_nsing(a.nsing());
+  return a.data();
 }
 
 /// Row and column c of the panel become 0.0. The elements of the column go on as if they were 0.0 in A: infinities in
@@ -50,8 +54,7 @@ void ClearSingular(CholeskyPanel& panel, index_t c) noexcept {
   }
 }
 
-/// The factor in the place of A's lower triangle, a panel of columns at a time. The diagonal gets what the columns were
-/// divided by or multiplied with. Returns the number of singular pivots.
+/// The factor in the place of A's lower triangle, a panel of columns at a time. Returns the number of singular pivots.
 Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
   const index_t n = panel.order;
   const index_t width = n <= most_columns ? most_columns : kernels().cholesky_columns;
@@ -67,38 +70,32 @@ Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
   return singular;
 }
 
-CholeskyPanel PanelOf(LowerTriangularMatrix& lower) noexcept {
+/// The factor of the lower triangle `a`, which may lie in its place. Its columns are divided by the root of the pivot, or
+/// multiplied with the root's reciprocal. Returns the number of singular pivots.
+Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool divide, double tolerance) noexcept {
+  const index_t n = lower.ndim();
+  if (n > most_columns && n <= few_columns) {
+    return static_cast<Matrix::nsing_type>(kernels().cholesky_few(lower.data(), a, n, divide, tolerance));
+  }
+  if (a != lower.data()) CopyDoubles(lower.data(), a, packed_count(n));
   CholeskyPanel panel;
   panel.packed = lower.data();
-  panel.order = lower.ndim();
-  return panel;
+  panel.order = n;
+  panel.divide = divide;
+  panel.tolerance = tolerance;
+  return FactorPanels(panel);
 }
 
 }  // namespace
 
 Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a, double tol, const char* signature) {
-  TakeLowerTriangle(lower, a);
+  const double* const from = MakeRoom(lower, a);
   const index_t n = lower.ndim();
-  double* const l = lower.data();
-  for (index_t j = 0; j < n; ++j) RequireNotNegative(l[packed_row(j, n)], signature);
-  CholeskyPanel panel = PanelOf(lower);
-  panel.divide = false;
-  panel.tolerance = tol;
-  const Matrix::nsing_type singular = FactorPanels(panel);
-  for (index_t j = 0; j < n; ++j) {
-    double& d = l[packed_row(j, n)];
-    if (d != 0.0) d = 1.0 / d;
-  }
-  return singular;
+  for (index_t j = 0; j < n; ++j) RequireNotNegative(from[packed_row(j, n)], signature);
+  return FactorOf(lower, from, false, tol);
 }
 
 namespace {
-
-void LowerRoot(LowerTriangularMatrix& lower) {
-  CholeskyPanel panel = PanelOf(lower);
-  panel.divide = true;
-  FactorPanels(panel);
-}
 
 void UpperRoot(const double* a, double* u, index_t n) {
   const auto as_it_is = [](index_t, double e) noexcept { return e; };
@@ -125,9 +122,9 @@ LowerTriangularMatrix& CholeskySquareRootLower(const SymmetricMatrix& A) {
   A.ThrowNotOk(detail::code::none);
   const detail::Consumed operand(A);
   detail::NewResult<LowerTriangularMatrix> L;
-  detail::TakeLowerTriangle(*L, detail::Mutable(A));
+  const double* const from = detail::MakeRoom(*L, detail::Mutable(A));
+  detail::FactorOf(*L, from, true, 0.0);
   L->set_nsing(-1);
-  detail::LowerRoot(*L);
   return L.hand_over();
 }
 

@@ -24,8 +24,8 @@ inline void RequireNotNegative(double unreduced_diagonal, const char* signature)
 template <class TL, class TS>
 TL& CholeskyFactor_T(TS& A, double tol) {
   using namespace quorvel::detail;
-  A.ThrowNotOk(code::cholesky);
-  A.ThrowNotSquare(code::tril_sparse);  // a symmetric sparse matrix can be made so
+  RequireOk(A, code::cholesky);
+  RequireSquareShape(A, code::tril_sparse);  // a symmetric sparse matrix can be made so
   const bool counted = !A.dispensable();
   const Consumed operand(A);
   NewResult<TL> L;

@@ -27,12 +27,12 @@ inline void ColumnsToPacked(const double* columns, index_t n, double* packed) no
 }
 
 /// So few columns are done sooner by elements: registers would be loaded from what was just stored in parts.
-inline constexpr index_t few_columns = 12;
+inline constexpr index_t few_by_elements = 12;
 
 /// s[r] = sum of U(r, k)*x[k - c - 1], k = c+1 .. n-1 increasing, for r = 0 .. c. The sums are formed by whole registers:
 /// behind s, and behind the columns, there is room for one.
 inline void RightSums(const double* columns, index_t n, index_t c, double* s, const double* x) noexcept {
-  if (n <= few_columns) {
+  if (n <= few_by_elements) {
     FillDoubles(s, 0.0, c + 1);
     for (index_t k = c + 1; k < n; ++k) AddScaled(s, c + 1, ColumnOf(columns, k), x[k - c - 1]);
     return;
@@ -43,7 +43,7 @@ inline void RightSums(const double* columns, index_t n, index_t c, double* s, co
 
 /// y = (y - s)/d, or y/d - s.
 inline void FinishColumn(double* y, const double* s, double d, index_t count, bool divide_first) noexcept {
-  if (count < few_columns) {
+  if (count < few_by_elements) {
     for (index_t i = 0; i < count; ++i) y[i] = divide_first ? y[i] / d - s[i] : (y[i] - s[i]) / d;
     return;
   }

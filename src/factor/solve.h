@@ -3,6 +3,7 @@
 #define QUORVEL_FACTOR_SOLVE_H
 
 #include "core/ownership.h"
+#include "core/sizing.h"
 
 namespace quorvel::detail {
 
@@ -10,7 +11,7 @@ namespace quorvel::detail {
 /// solutions and sets A's singularity count. A survives a success, whatever it is, and may be b.
 template <class K, class Side, class Solver>
 Side& SolveInto(const K& A, Side& b, Solver solve) {
-  A.ThrowProduct(code::solve, b);
+  RequireProduct(A, b, code::solve);
   if (A.nrows() != A.ncols()) FailWith(code::solve + offset::shape, &A, &b);
   Consumed operands(A, b);
   if (b.dispensable()) {
@@ -20,7 +21,11 @@ Side& SolveInto(const K& A, Side& b, Solver solve) {
     return b;
   }
   NewResult<Side> result;
-  result->Copy(b, false);
+  if constexpr (is_dense<Side>) {
+    CopyContents(*result, b);
+  } else {
+    result->Copy(b, false);
+  }
   solve(*result);
   operands.release(A);
   return result.hand_over();

@@ -58,6 +58,9 @@ inline constexpr kernel_index widest_panel = 24;
 /// Orders up to this one: what a factor needs is kept whole on the stack.
 inline constexpr kernel_index small_factor = 24;
 
+/// Orders up to this one: a Cholesky factor is found column by column rather than by panels.
+inline constexpr kernel_index few_columns = 56;
+
 /// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
 inline constexpr kernel_index most_columns = 9;
 struct CholeskyPanel {
@@ -151,11 +154,16 @@ struct Kernels {
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
 
+  /// The Cholesky factor l of an order of at most few_columns; l and a are packed lower triangles, maybe the same. When
+  /// not dividing by the pivots' roots, but multiplying by their reciprocals, a pivot less than |tolerance * a(j, j)| is
+  /// singular, and its row and column 0.0. Returns how many are.
+  kernel_index (*cholesky_few)(double* l, const double* a, kernel_index order, bool divide, double tolerance);
+
   /// Columns of a Cholesky panel that has rows below its square.
   kernel_index cholesky_columns;
 
   /// The square of a panel: the sums over the columns before, then its columns from `from` on, diagonal elements being
-  /// what `scale` is. Ends at a column c with |pivot| < |tolerance * A(c, c)|, which it leaves alone; c is returned, or
+  /// the root of the pivot, that is `scale` or its reciprocal. Ends at a column c with |pivot| < |tolerance * A(c, c)|, which it leaves alone; c is returned, or
   /// `count`. `from` is 0 or behind such a column, once that is in its place and in the sums.
   kernel_index (*cholesky_square)(CholeskyPanel& panel, kernel_index from);
 
