@@ -33,7 +33,7 @@ void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, un
                     Shape::upper};
   Factor xt = Transposed(x);
   xt.first += begin;
-  kernels().multiply(rest, 0, Transposed(FactorOf(w, width)), xt, 0, {0, end - begin, 0, left, m});
+  MultiplyFactors(rest, Transposed(FactorOf(w, width)), xt, end - begin, left, m);
 }
 
 template <class FillStrip>

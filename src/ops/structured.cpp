@@ -20,10 +20,10 @@ using detail::Factor;
 using detail::index_t;
 using detail::Rule;
 
-/// c = a * b with n x m and m x p factors, the part in c's shape.
+/// c = a * b with n x m and m x p factors, the part in c's shape. To be called while the factors live.
 template <class C>
 auto FilledBy(const Factor& a, const Factor& b, index_t n, index_t p, index_t m) {
-  return [=](C& c) { detail::MultiplyFactors(detail::TargetOf(c), a, b, n, p, m); };
+  return [&a, &b, n, p, m](C& c) { detail::MultiplyFactors(detail::TargetOf(c), a, b, n, p, m); };
 }
 
 /// c = A' B and c = A B'; a diagonal operand gives one term per element.

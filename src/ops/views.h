@@ -57,7 +57,7 @@ inline Target TargetOf(LowerTriangularMatrix& a) noexcept { return LowerTarget(a
 /// c = a * b, the part in c's shape, a having `depth` columns.
 inline void MultiplyFactors(const Target& c, const Factor& a, const Factor& b, kernel_index rows, kernel_index cols,
                             kernel_index depth) noexcept {
-  kernels().multiply(c, 0, a, b, 0, {0, rows, 0, cols, depth});
+  kernels().multiply_whole(c, a, b, rows, cols, depth);
 }
 
 }  // namespace quorvel::detail

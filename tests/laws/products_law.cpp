@@ -94,6 +94,15 @@ TEST(Products, LongSums) {
   Expect(c * l, MaskedProduct(MaskedOf(c), MaskedOf(l)), "13 x 300 times lower");
 }
 
+// Sums of no terms in results of more than one panel.
+TEST(Products, NoTerms) {
+  Random random(9);
+  const RegularMatrix a = Sample<RegularMatrix>(29, 0, Pattern::kUniform, random);
+  const RegularMatrix b = Sample<RegularMatrix>(0, 27, Pattern::kUniform, random);
+  Expect(a * b, MaskedProduct(MaskedOf(a), MaskedOf(b)), "29 x 0 x 27");
+  Expect(AAT(a), MaskedUpper(MaskedProduct(MaskedOf(a), MaskedTranspose(MaskedOf(a)))), "AAT 29 x 0");
+}
+
 // More rows than one block has.
 TEST(Products, ManyRows) {
   Random random(8);

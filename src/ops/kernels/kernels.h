@@ -94,6 +94,10 @@ struct Kernels {
   void (*multiply)(const Target& c, kernel_index c_origin, const Factor& a, const Factor& b, kernel_index b_origin,
                    const Extent& part);
 
+  /// The same for a whole result, by rows unless it is a lower triangle, both origins being 0.
+  void (*multiply_whole)(const Target& c, const Factor& a, const Factor& b, kernel_index rows, kernel_index cols,
+                         kernel_index depth);
+
   /// The same for whole arrays by rows: a is rows x depth, b is depth x cols.
   void (*product)(double* c, const double* a, const double* b, kernel_index rows, kernel_index cols,
                   kernel_index depth);
