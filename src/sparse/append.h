@@ -51,10 +51,11 @@ class ListHints {
     place = e;
   }
 
-  /// Takes e out of list i, as Unlink does.
+  /// Takes e out of list i, as UnlinkThis does.
   void unlink(index_t i, SparseElement* e) noexcept {
-    SparseElement*& place = find(i, Axis::along(*e));
-    if (place != nullptr && Axis::along(*place) == Axis::along(*e)) place = Axis::next(*place);
+    SparseElement** link = &find(i, Axis::along(*e));
+    while (*link != nullptr && *link != e) link = &Axis::next(**link);
+    if (*link != nullptr) *link = Axis::next(*e);
     Axis::next(*e) = nullptr;
   }
 

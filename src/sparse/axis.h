@@ -60,16 +60,29 @@ void LinkSorted(SparseMatrix& a, index_t i, index_t along, SparseElement* e) noe
   *link = e;
 }
 
-/// Takes the element that has e's indices out of e's list, if the list has one; clears e's own link in any case.
-template <class Axis>
-void Unlink(SparseMatrix& a, SparseElement* e) noexcept {
+/// Takes the first element that `is` names out of e's list, if the list has one; clears e's own link in any case.
+template <class Axis, class Is>
+void UnlinkFirst(SparseMatrix& a, SparseElement* e, Is is) noexcept {
   const index_t i = Axis::line(*e);
   if (i < Axis::count(a)) {
     SparseElement** link = &Axis::heads(a)[i];
-    while (*link != nullptr && Axis::along(**link) != Axis::along(*e)) link = &Axis::next(**link);
+    while (*link != nullptr && !is(*link)) link = &Axis::next(**link);
     if (*link != nullptr) *link = Axis::next(**link);
   }
   Axis::next(*e) = nullptr;
+}
+
+/// Takes out the element that has e's indices.
+template <class Axis>
+void Unlink(SparseMatrix& a, SparseElement* e) noexcept {
+  UnlinkFirst<Axis>(a, e, [e](SparseElement* other) { return Axis::along(*other) == Axis::along(*e); });
+}
+
+/// Takes out e itself: of elements with the same indices the others stay. So an element on its way to the pool is in no
+/// list, and one that stays is in both.
+template <class Axis>
+void UnlinkThis(SparseMatrix& a, SparseElement* e) noexcept {
+  UnlinkFirst<Axis>(a, e, [e](const SparseElement* other) { return other == e; });
 }
 
 inline bool is_symmetric_sparse(const SparseMatrix& a) noexcept { return a.kind() == Matrix::symmetric_sparse; }

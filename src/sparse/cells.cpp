@@ -80,8 +80,8 @@ void SparseMatrix::SparseMatrixRowRemove(SparseElement* e) noexcept { detail::Un
 void SparseMatrix::SparseMatrixColRemove(SparseElement* e) noexcept { detail::Unlink<ByCol>(*this, e); }
 
 void SparseMatrix::SparseMatrixRemove(SparseElement* e) noexcept {
-  SparseMatrixRowRemove(e);
-  SparseMatrixColRemove(e);
+  detail::UnlinkThis<ByRow>(*this, e);
+  detail::UnlinkThis<ByCol>(*this, e);
   detail::ReturnRecord(*this, e);
   --used;
 }
@@ -89,7 +89,7 @@ void SparseMatrix::SparseMatrixRemove(SparseElement* e) noexcept {
 void SparseMatrix::SparseMatrixRemove(SparseElement* prevInRow, SparseElement* e) noexcept {
   (prevInRow != nullptr ? prevInRow->nextInRow : rowHeads[e->row]) = e->nextInRow;
   e->nextInRow = nullptr;
-  SparseMatrixColRemove(e);
+  detail::UnlinkThis<ByCol>(*this, e);
   detail::ReturnRecord(*this, e);
   --used;
 }

@@ -76,7 +76,7 @@ void ClearLine(SparseMatrix& a, index_t i, index_t first, index_t last, int fail
   while (end != nullptr && Axis::along(*end) <= last) {
     SparseElement* const e = end;
     end = Axis::next(*e);
-    detail::Unlink<Cross>(a, e);
+    detail::UnlinkThis<Cross>(a, e);
     e->nextInRow = nullptr;
     if (tail != nullptr) tail->nextInCol = e;
     tail = e;

@@ -53,20 +53,28 @@ void InsertLines(SparseMatrix& a, index_t at, index_t count) {
   OpenLines<Axis>(a, at, count, NewHeads(Axis::count(a) + count));
 }
 
-/// Takes the elements whose place along list i lies in [at, end) out of that list, in one sweep. Each of them is marked
-/// as taken out by a link to itself.
+/// The index of the list that an element is in, while it waits to be taken out of the lists across: no list has it.
+constexpr index_t condemned = Matrix::npos;
+
+/// Takes the condemned elements out of list i, in one sweep over those whose place lies in [at, end). Each is marked as
+/// taken out by a link to itself. Others stay: elements below the diagonal of a symmetric matrix are in their row list
+/// only.
 template <class Axis>
 void CutRun(SparseMatrix& a, index_t i, index_t at, index_t end) noexcept {
   if (i >= Axis::count(a)) return;
   SparseElement** link = &Axis::heads(a)[i];
   while (*link != nullptr && Axis::along(**link) < at) link = &Axis::next(**link);
-  SparseElement* e = *link;
-  while (e != nullptr && Axis::along(*e) < end) {
-    SparseElement* const next = Axis::next(*e);
-    Axis::next(*e) = e;
-    e = next;
+  while (*link != nullptr) {
+    SparseElement* const e = *link;
+    if (Axis::along(*e) == condemned) {
+      *link = Axis::next(*e);
+      Axis::next(*e) = e;
+    } else if (Axis::along(*e) < end) {
+      link = &Axis::next(*e);
+    } else {
+      return;
+    }
   }
-  *link = e;
 }
 
 /// Removes every element of the lists [at, end): first each crossed list is swept once, then the records go back one by
@@ -74,10 +82,12 @@ void CutRun(SparseMatrix& a, index_t i, index_t at, index_t end) noexcept {
 template <class Axis>
 void EmptyLines(SparseMatrix& a, index_t at, index_t end) noexcept {
   using Cross = typename Axis::Cross;
+  for (index_t i = at; i < end; ++i) Renumber<Axis>(Axis::heads(a)[i], condemned);
   for (index_t i = at; i < end; ++i) {
     for (SparseElement* e = Axis::heads(a)[i]; e != nullptr; e = Axis::next(*e)) {
-      const bool taken_out = Cross::next(*e) == e;
-      if (!taken_out) CutRun<Cross>(a, Axis::along(*e), at, end);
+      const auto taken_out = [e] { return Cross::next(*e) == e; };
+      if (!taken_out()) CutRun<Cross>(a, Axis::along(*e), at, end);
+      if (!taken_out()) detail::UnlinkThis<Cross>(a, e);  // the list does not ascend, or does not have the element
     }
   }
   for (index_t i = at; i < end; ++i) {
