@@ -21,9 +21,9 @@ std::uint64_t BitsOf(double x) {
   return bits;
 }
 
-// Size, flags and elements; reads every double, so that a sanitizer sees an array that is too small.
+// Size and elements; reads every double, so that a sanitizer sees an array that is too small.
 std::uint64_t ContentsOf(const Matrix& matrix) {
-  std::uint64_t hash = Mixed(Mixed(matrix.ok(), matrix.nrows()), matrix.ncols());
+  std::uint64_t hash = Mixed(Mixed(1, matrix.nrows()), matrix.ncols());
   if (matrix.kind() >= Matrix::regular_sparse) {
     const auto& a = static_cast<const SparseMatrix&>(matrix);
     for (unsigned i = 0; i < a.rows; ++i) {
@@ -199,7 +199,10 @@ void Arguments::Begin() {
     if (pending_) *describe_ += ", a code pending";
     throw Described();
   }
-  for (unsigned k = 0; k < count_; ++k) operands_[k].contents = ContentsOf(*operands_[k].matrix);
+  for (unsigned k = 0; k < count_; ++k) {
+    operands_[k].contents = ContentsOf(*operands_[k].matrix);
+    operands_[k].ok = operands_[k].matrix->ok();
+  }
   if (pending_) {
     int code = kPending;
     abort_set(code);
@@ -207,6 +210,17 @@ void Arguments::Begin() {
   if (callback_ != nullptr) SetAbortCallback(callback_);
   limit_.emplace(1u << 16);
   if (fail_at_ != 0) fail_.emplace(fail_at_, fail_mode_);
+}
+
+Change Arguments::Changed() const {
+  Change most = Change::kNone;
+  for (unsigned k = 0; k < count_; ++k) {
+    const Operand& o = operands_[k];
+    if (o.dispensable || o.watch->deleted()) continue;
+    if (ContentsOf(*o.matrix) != o.contents) return Change::kContents;
+    if (o.matrix->ok() != o.ok) most = Change::kMark;
+  }
+  return most;
 }
 
 std::string Arguments::Settle(unsigned first_consumed) {
@@ -229,7 +243,8 @@ std::string Arguments::Settle(unsigned first_consumed) {
     result_is_operand = result_is_operand || is_result;
     if (o.dispensable && o.constant && k >= first_consumed && !is_result) note("a dispensable operand is still alive");
     if (describe_ == nullptr) note(FaultIn(*o.matrix, any_triangle_).c_str());
-    if (describe_ == nullptr && o.constant && !o.dispensable && ContentsOf(*o.matrix) != o.contents) {
+    if (describe_ == nullptr && o.constant && !o.dispensable &&
+        (o.matrix->ok() != o.ok || ContentsOf(*o.matrix) != o.contents)) {
       note("a constant operand has changed");
     }
     delete o.matrix;

@@ -23,6 +23,8 @@ enum class Manner {
   kFitting  // small whole numbers, sizes that often fit, no flag but dispensable
 };
 
+enum class Change { kNone, kMark, kContents };  // of an operand: nothing, "not ok", elements or size
+
 class Arguments {
  public:
   static constexpr unsigned kMost = 6;
@@ -67,13 +69,16 @@ class Arguments {
   // After the call: ends failing and limits, destroys what is left, and says what is wrong, if anything. Constant
   // dispensable operands from number `first_consumed` on should be gone.
   std::string Settle(unsigned first_consumed);
+  // What became of the operands that are not dispensable, at most. To be asked before Settle.
+  Change Changed() const;
 
  private:
   struct Operand {
     Matrix* matrix = nullptr;
     bool constant = false;
     bool dispensable = false;
-    std::uint64_t contents = 0;
+    std::uint64_t contents = 0;  // size and elements
+    bool ok = true;
     std::optional<WatchedBlock> watch;
   };
 

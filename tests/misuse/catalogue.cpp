@@ -287,6 +287,35 @@ bool MayStoreBelowDiagonal(const char* symbol) {
   return false;
 }
 
+Change ChangeWhenRefused(const char* symbol) {
+  // A refused assignment leaves its target not ok. What gets its elements one by one is emptied before, GetSubMat sizes its
+  // result first, and the U-D factors are sized one after the other.
+  constexpr struct {
+    const char* pattern;
+    Change change;
+  } kChanges[] = {
+      {"SymmetricSparseMatrix::operator=(", Change::kContents},
+      {"::operator=(", Change::kMark},
+      {"Matrix::ThrowEquals(", Change::kMark},
+      {"void SparseMatrix::CopyMat<", Change::kMark},
+      {"SparseMatrix::Copy(", Change::kContents},
+      {"SparseMatrix::Mult(", Change::kContents},
+      {"Mult(SymmetricSparseMatrix&", Change::kContents},
+      {"GetSubMat(", Change::kContents},
+      {"SparseMatrix::GetRowElements(", Change::kContents},
+      {"SparseMatrix::GetColElements(", Change::kContents},
+      {"RegularSparseMatrix::GetEntire", Change::kContents},
+      {"RegularSparseMatrix::GetLimited", Change::kContents},
+      {"SymmetricSparseMatrix::GetLimited", Change::kContents},
+      {"UDDecomposition(", Change::kContents},
+      {"UDFactor(", Change::kContents},
+  };
+  for (const auto& row : kChanges) {
+    if (Matches(symbol, row.pattern)) return row.change;
+  }
+  return Change::kNone;
+}
+
 bool NeverSucceeds(const char* symbol) {
   return Matches(symbol, "SymmetricSparseMatrix::GetEntire") || Matches(symbol, "M_abort(");
 }

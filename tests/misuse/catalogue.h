@@ -3,6 +3,8 @@
 #ifndef QUORVEL_TESTS_MISUSE_CATALOGUE_H
 #define QUORVEL_TESTS_MISUSE_CATALOGUE_H
 
+#include "misuse/arguments.h"
+
 namespace quorvel::test {
 
 // Whether the documentation of the function lists the code. Exhausted memory and the pending code are everybody's.
@@ -14,6 +16,9 @@ unsigned FirstConsumed(const char* symbol);
 // The function works on one triangle or one dimension only, and so may leave elements of a symmetric sparse matrix where
 // that kind has none.
 bool MayStoreBelowDiagonal(const char* symbol);
+
+// What becomes of operands, at most, when the function refuses them with a code.
+Change ChangeWhenRefused(const char* symbol);
 
 // The function refuses every argument by its contract.
 bool NeverSucceeds(const char* symbol);

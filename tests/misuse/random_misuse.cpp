@@ -1,5 +1,6 @@
 // A million calls of exported functions with random kinds, sizes, flags and indices: none crashes, none leaks, none changes
-// a constant operand, and each throws only codes that are documented for it, which the callback has heard once.
+// a constant operand, and each throws only codes that are documented for it, which the callback has heard once. A call that
+// is refused leaves every operand that is not dispensable as it was, but for the documented exceptions.
 //
 // QUORVEL_MISUSE_CALLS sets another number of calls, QUORVEL_MISUSE_SEED runs one call of a failure message again.
 
@@ -75,7 +76,12 @@ Outcome Misuse(std::uint64_t seed) {
     unexpected = "another exception";
   }
   const bool heard_rightly = HeardRightly(call.symbol, by_code, outcome.code);
+  const Change changed = by_code && outcome.code != 10680 ? arguments.Changed() : Change::kNone;
   outcome.wrong = arguments.Settle(first_consumed);
+  if (changed > ChangeWhenRefused(call.symbol)) {
+    outcome.wrong = "is refused after an operand has changed";
+    if (changed == Change::kMark) outcome.wrong += " to not ok";
+  }
   if (!heard_rightly) outcome.wrong = "the callback did not hear the code once";
   if (unexpected != nullptr) outcome.wrong = unexpected;
   const bool listed = outcome.code == 10680 || (arguments.pending() && outcome.code == Arguments::kPending) ||
