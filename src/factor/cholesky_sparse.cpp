@@ -187,7 +187,7 @@ class RowFactor {
     if (side == Side::upper) std::reverse(columns_.begin(), columns_.end());
     double sum = 0.0;
     for (const index_t j : columns_) sum += row_[j] * row_[j];
-    if (!pivots_.accept(i, diagonal_, sum)) return;
+    if (!pivots_.accept(i, diagonal_, sum)) return;  // never all ways: the exact pivots accept every row
     // Where a zero divided by this diagonal is not zero, every later row has an element.
     if (pivots_.divide(i, 0.0) != 0.0) spoilt_.push_back(i);
     SparseElement* last = nullptr;

@@ -143,7 +143,7 @@ void WriteRows(SymmetricSparseMatrix& target, const Rule<S>& from, const Block& 
       ForNonZerosInCol(from, p - b.col + b.src_col, {by_col.begin - b.row + b.src_row, by_col.end - b.row + b.src_row},
                        [&](index_t i, double v) { put(i - b.src_row + b.row, v); });
     });
-    take_row({by_row.begin > by_col.end ? by_row.begin : by_col.end, by_row.end});
+    take_row({by_col.end, by_row.end});  // by_row begins at p, before by_col does
   }
 }
 

@@ -81,6 +81,7 @@ double WeightedNorm(const A& a, const P& p) {
     if (!v.exists[i]) continue;
     double w = 0.0;
     weights.walk(i, {0, n}, [&](index_t k, double weight) {
+      // never all ways: a dense vector has all elements, and a diagonal weight is asked for where the vector has one
       if (v.exists[k]) w += v.value[k] * weight;
     });
     sum += v.value[i] * w;

@@ -29,7 +29,7 @@ void SizeSparseTarget(R& target, index_t rows, index_t cols) {
   target.Clear();
   try {
     target.SetSize(rows, cols, true);
-  } catch (const std::bad_alloc&) {
+  } catch (const std::bad_alloc&) {  // never all ways: nothing else stops here
     target.DestroyIfDispensable();
     throw;
   }

@@ -239,6 +239,13 @@ TEST(RarePaths, ASymmetricSparseMatrixOfUnlikeSizes) {
   EXPECT_EQ(sum(0, 2), 5.0);
   EXPECT_EQ(sum(0, 1), 3.0);
   EXPECT_EQ(sum(1, 0), 3.0);
+  SymmetricSparseMatrix tall(3u, 2u);
+  tall.SparseMatrixInsert(nullptr, 2, 0, 5.0);
+  RegularMatrix of_tall(3, 2);
+  of_tall += tall;
+  EXPECT_EQ(of_tall(2, 0), 5.0);
+  of_tall -= tall;
+  EXPECT_EQ(of_tall.NumberNonZero(), 0u);
   RegularSparseMatrix copy;
   EXPECT_CODE(copy.Copy(s, false), 62060);
   EXPECT_SOUND(copy);

@@ -67,6 +67,8 @@ TEST(SparseWhole, MultTakesSizeAndElements) {
   EXPECT_EQ(CellsOf(b), (Cells{{0, 1, 1.0}, {1, 2, -2.0}}));
   b.Mult(b, -1.0);
   EXPECT_EQ(CellsOf(b), (Cells{{0, 1, -1.0}, {1, 2, 2.0}}));
+  b.Mult(a, -2.0);
+  EXPECT_EQ(CellsOf(b), (Cells{{0, 1, -4.0}, {1, 2, 8.0}}));
   RegularSparseMatrix c(4, 4);
   c = 1.0;
   c.Mult(a, 0.0);  // empties; the size stays
