@@ -1,19 +1,21 @@
 #!/usr/bin/env bash
-# usage: prove.sh [--short|--long] [--no-install]
+# usage: prove.sh [--short|--long] [--docs] [--no-install]
 #
 # Everything that shows the library to be right, in one table: what holds, the figure that was measured, how it was
 # obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under 25
 # minutes on two processors. --long is for releases: it adds fuzzing, mutation and the long runs. Fails when a row does;
-# the table and the output of each step are left in build/prove.
+# the table and the output of each step are left in build/prove. --docs also writes the table to docs/RELIABILITY.md.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
 long=no
+docs=no
 no_install=()
 for argument in "$@"; do
   case $argument in
     --short) long=no ;;
     --long) long=yes ;;
+    --docs) docs=yes ;;
     --no-install) no_install=(--no-install) ;;
     *) sed -n 's/^# \(usage: .*\)/\1/p' "$0" >&2; exit 2 ;;
   esac
@@ -108,8 +110,9 @@ if [ $long = yes ]; then
   row "Changes of one token in \`src/\` that the suite notices" "$(first "$logs/mutation" '^mutation score (.*)/\1')" \
     "\`tools/mutation/mutate.py\`"
   step long_runs env QUORVEL_LONG_STEPS=1000000 build/release/tests/test_endurance --gtest_brief=1
-  row "Filters of a million steps stay symmetric, definite and in agreement" \
-    "$(first "$logs/long_runs" '.*: ([0-9]+ steps, .*)/\1')" "room \`endurance\`"
+  row "Filters of a million steps stay symmetric, definite and in agreement with the covariance form" \
+    "$(sed -nE 's/^([a-z ]+): ([0-9]+ steps), .*: (bound [^;]*); differences[^:]*: (.*)/\1: \2, \3, \4/p' "$logs/long_runs" |
+      paste -sd ';')" "room \`endurance\`"
   step packages scripts/package.sh "${no_install[@]}"
   row "The Debian packages have no errors, and serve a program in an empty root, on x86-64 and ARM" \
     "$(grep -c ': builds and runs$' "$logs/packages") programs built and run" "\`scripts/package.sh\` (lintian)"
@@ -117,4 +120,16 @@ fi
 
 say "the table (build/prove/table.md)"
 cat "$table"
+if [ $docs = yes ]; then
+  version() { "$1" --version | grep -oE '[0-9]+\.[0-9.]+' | head -n 1; }
+  {
+    echo "Measured on $(LC_ALL=C date '+%-d %B %Y') by \`scripts/prove.sh --$([ $long = yes ] && echo long || echo short)\` at commit" \
+      "$(git rev-parse --short HEAD): $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1), $(nproc) processors, GCC $(version g++)," \
+      "Clang $(version clang++), QEMU $(version qemu-arm), Valgrind $(version valgrind)."
+    echo
+    cat "$table"
+    echo
+  } >"$logs/figures.md"
+  sed -i -e '/^<!-- figures -->$/,/^<!-- end of figures -->$/{//!d}' -e "/^<!-- figures -->\$/r $logs/figures.md" docs/RELIABILITY.md
+fi
 ! grep -q '| FAILED |$' "$table" || exit 1

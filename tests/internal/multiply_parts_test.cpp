@@ -35,15 +35,17 @@ constexpr Layout kLayouts[] = {
     {"packed upper", Form::by_rows, Shape::upper, true},
     {"packed lower", Form::by_columns, Shape::lower, true},
     {"packed symmetric", Form::mirrored, Shape::full, true},
+    {"rows of a lower triangle", Form::by_rows, Shape::lower, false},
+    {"columns of an upper triangle", Form::by_columns, Shape::upper, false},
 };
 
-bool IsSquare(const Layout& layout) { return layout.packed; }
+bool IsSquare(const Layout& layout) { return layout.packed || layout.shape != Shape::full; }
 
 // Where element (i, j) of a rows x cols matrix is, or nowhere.
 constexpr unsigned kNowhere = 0xFFFFFFFFu;
 unsigned Place(const Layout& layout, unsigned rows, unsigned cols, unsigned i, unsigned j) {
-  if (!layout.packed) return layout.form == Form::by_rows ? i * cols + j : j * rows + i;
   if ((layout.shape == Shape::upper && i > j) || (layout.shape == Shape::lower && i < j)) return kNowhere;
+  if (!layout.packed) return layout.form == Form::by_rows ? i * cols + j : j * rows + i;
   const unsigned line = i < j ? i : j, along = i < j ? j : i;
   return line * rows - line * (line + 1) / 2 + along;  // the lines of a packed triangle get shorter by one
 }
@@ -144,6 +146,17 @@ TEST(MultiplyParts, Larger) {
   Random random(812);
   CheckAll(40, 24, random);
   CheckAll(90, 4, random);
+}
+
+// More terms than are packed at once: the last columns of a lower triangle have no term among the first ones.
+TEST(MultiplyParts, AFirstBlockWithoutTerms) {
+  Random random(813);
+  const unsigned n = 300;
+  for (const Layout& a : kLayouts) {
+    for (const Layout& c : kLayouts) {
+      if (c.form != Form::mirrored) Check({a, kLayouts[3], c, n, n, n, {200, 230, 270, n, n}}, Pattern::kUniform, random);
+    }
+  }
 }
 
 }  // namespace

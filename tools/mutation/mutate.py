@@ -230,8 +230,8 @@ class Worker:
                 return "equivalent", ""
             if "/kernels/" in file:
                 for kernels in KERNELS:
-                    for room in ("laws", "accuracy"):
-                        if not self.test(room, 30, kernels=kernels):
+                    for room in ("laws", "internal", "unit", "accuracy"):
+                        if not self.test(room, 60, kernels=kernels):
                             return "killed", f"{room} on {kernels}"
             return "survived", ""
         finally:
