@@ -96,6 +96,11 @@ TEST_F(Invariants, TheTagPicksThePositionsAndTheTypeTheRule) {
   RM_EQ_TMat(r, s);
   EXPECT_EQ(r(0, 1), 5.0);
   EXPECT_EQ(r(1, 0), 0.0);
+  // The same under the lower tag.
+  Access::set_kind(s, Matrix::lower_triangular);
+  RM_EQ_TMat(r, s);
+  EXPECT_EQ(r(0, 1), 0.0);
+  EXPECT_EQ(r(1, 0), 5.0);
   // An upper matrix under the symmetric tag: its upper triangle goes to both sides.
   UpperTriangularMatrix u(2);
   u(0, 1) = 7.0;

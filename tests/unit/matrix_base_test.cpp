@@ -298,7 +298,7 @@ TYPED_TEST(DenseKind, AssignAndCopy) {
 
 TYPED_TEST(DenseKind, MemberMult) {
   const TypeParam source = Order3<TypeParam>();
-  for (const double s : {0.0, -0.0, 1.0, -1.0, 2.5}) {
+  for (const double s : {0.0, -0.0, 1.0, -1.0, 2.0, -2.0, 2.5}) {
     TypeParam target(1, 1);
     target.set_nsing(8);
     target.Mult(source, s);
