@@ -27,10 +27,13 @@ for target in "${targets[@]}"; do
   inputs=0 used=0
   log=build/fuzz/fuzz_$target.log
   : >"$log"
-  # libFuzzer counts wall-clock time: run on until that much processor time is used.
+  # libFuzzer counts wall-clock time: run on until that much processor time is used. Each round reads the corpus first, and so
+  # none is a short one.
   while [ "$used" -lt $((seconds * 1000)) ]; do
     before=$(spent_by_children)
-    build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time=$((seconds - used / 1000)) -max_len=$length -timeout=60 \
+    left=$((seconds - used / 1000))
+    [ "$used" -eq 0 ] || [ "$left" -ge 120 ] || left=120
+    build/fuzz/tests/fuzz/fuzz_"$target" -max_total_time="$left" -max_len=$length -timeout=300 \
       -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix=build/fuzz/findings/"$target"- \
       build/fuzz/corpus/"$target" "$seeds" >>"$log" 2>&1 ||
       { tail -40 "$log"; echo "FAILED: fuzz_$target has a finding"; exit 1; }

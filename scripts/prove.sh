@@ -5,9 +5,13 @@
 # obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under 25
 # minutes on two processors. --long is for releases: it adds fuzzing, mutation and the long runs. Fails when a row does;
 # the table and the output of each step are left in build/prove. --docs also writes the table to docs/RELIABILITY.md.
+#
+# QUORVEL_FUZZ_SECONDS (of processor time for each fuzz target) and QUORVEL_MUTANTS: others than 600 in the long form.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
+fuzz_seconds=${QUORVEL_FUZZ_SECONDS-600}
+mutants=${QUORVEL_MUTANTS-600}
 long=no
 docs=no
 no_install=()
@@ -103,10 +107,10 @@ row "Valgrind finds nothing in the suite" "$(first "$logs/valgrind" '^([0-9]+ ro
 # --- For releases -------------------------------------------------------------------------------------------------------
 
 if [ $long = yes ]; then
-  step fuzz scripts/fuzz.sh 600
+  step fuzz scripts/fuzz.sh "$fuzz_seconds"
   row "Fuzzing finds nothing: operation sequences, text output, the simplex routine, RINEX files" \
-    "$(sed -n 's/^fuzz_\([a-z]*: [0-9]* inputs in [0-9]* s\).*/\1/p' "$logs/fuzz" | paste -sd ';')" "\`scripts/fuzz.sh 600\`"
-  step mutation python3 tools/mutation/mutate.py --build build/release --count 600 --minimum 90
+    "$(sed -n 's/^fuzz_\([a-z]*: [0-9]* inputs in [0-9]* s\).*/\1/p' "$logs/fuzz" | paste -sd ';')" "\`scripts/fuzz.sh $fuzz_seconds\`"
+  step mutation python3 tools/mutation/mutate.py --build build/release --count "$mutants" --jobs "$(nproc)" --minimum 90
   row "Changes of one token in \`src/\` that the suite notices" "$(first "$logs/mutation" '^mutation score (.*)/\1')" \
     "\`tools/mutation/mutate.py\`"
   step long_runs env QUORVEL_LONG_STEPS=1000000 build/release/tests/test_endurance --gtest_brief=1
