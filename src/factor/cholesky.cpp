@@ -101,7 +101,7 @@ void UpperRoot(const double* a, double* u, index_t n) {
   const auto as_it_is = [](index_t, double e) noexcept { return e; };
   FactorFromLastColumn(a, u, n, as_it_is, [](index_t c, double* column, const double* s) noexcept {
     column[c] = std::sqrt(column[c] - s[c]);
-    FinishColumn(column, s, column[c], c, false);
+    FinishColumn(column, s, column[c], c);
   });
 }
 

@@ -41,13 +41,13 @@ inline void RightSums(const double* columns, index_t n, index_t c, double* s, co
   kernels().sum_lines(s, WholeRegisters(c + 1), x, n - 1 - c, columns + packed_count(c + 1), next, -1, false);
 }
 
-/// y = (y - s)/d, or y/d - s.
-inline void FinishColumn(double* y, const double* s, double d, index_t count, bool divide_first) noexcept {
+/// y = (y - s)/d.
+inline void FinishColumn(double* y, const double* s, double d, index_t count) noexcept {
   if (count < few_by_elements) {
-    for (index_t i = 0; i < count; ++i) y[i] = divide_first ? y[i] / d - s[i] : (y[i] - s[i]) / d;
+    for (index_t i = 0; i < count; ++i) y[i] = (y[i] - s[i]) / d;
     return;
   }
-  kernels().finish_line(y, s, d, count, divide_first);
+  kernels().finish_line(y, s, d, count);
 }
 
 /// The factor u of p (both packed), from the last column to the first. weight(k, e) turns element e of column k of the

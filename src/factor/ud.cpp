@@ -1,7 +1,4 @@
 // U-D factorisation, in two forms, and the count of vanishing pivots.
-//
-// Column j of the factor needs the columns behind it, with sums over increasing k: the lanes are the rows, so the work
-// is done on a copy by columns.
 #include "quorvel/ud.h"
 
 #include <algorithm>
@@ -9,7 +6,6 @@
 
 #include "core/work_area.h"
 #include "dense/rules.h"
-#include "factor/left_looking.h"
 #include "factor/operands.h"
 #include "factor/tri_inverse.h"
 #include "factor/ud_factor.h"
@@ -18,14 +14,61 @@
 namespace quorvel::detail {
 namespace {
 
-/// Both factorisations: pivot(j, column, s) turns column j of P into that of U above the diagonal and returns d(j).
-template <class Pivot>
-void FactorColumns(double* u, double* d, const double* p, index_t n, Pivot pivot) {
-  const auto weighted = [=](index_t k, double e) noexcept { return d[k] * e; };
-  FactorFromLastColumn(p, u, n, weighted, [&](index_t j, double* column, const double* s) noexcept {
-    d[j] = pivot(j, column, s);
-    column[j] = 1.0;
-  });
+/// Orders up to this one are done sooner by elements, where they are.
+constexpr index_t few = 24;
+
+/// Elements of column j in Rows rows from `row` on, above the diagonal. x: the weights of the columns behind j.
+template <index_t Rows>
+void FinishRows(double* u, const double* p, index_t n, index_t row, index_t j, const double* x, double d,
+                bool divide_first) noexcept {
+  double* line[Rows];
+  double s[Rows];
+  for (index_t r = 0; r < Rows; ++r) {
+    line[r] = u + (packed_row(row + r, n) - (row + r));
+    s[r] = 0.0;
+  }
+  for (index_t k = j + 1; k < n; ++k) {
+    for (index_t r = 0; r < Rows; ++r) s[r] += line[r][k] * x[k];
+  }
+  for (index_t r = 0; r < Rows; ++r) {
+    const double e = p[packed_index(row + r, j, n)];
+    line[r][j] = divide_first ? e / d - s[r] : (e - s[r]) / d;
+  }
+}
+
+int FactorFew(double* u, double* d, const double* p, index_t n, bool divide_first) noexcept {
+  int singular = 0;
+  double x[few];
+  for (index_t j = n; j-- > 0;) {
+    double* const row = u + (packed_row(j, n) - j);
+    double s = 0.0;
+    for (index_t k = j + 1; k < n; ++k) {
+      x[k] = d[k] * row[k];
+      s += row[k] * x[k];
+    }
+    row[j] = 1.0;
+    d[j] = p[packed_row(j, n)] - s;
+    if (!divide_first && !PivotPasses(d[j])) {
+      d[j] = 0.0;
+      ++singular;
+      for (index_t i = 0; i < j; ++i) u[packed_index(i, j, n)] = 0.0;
+      continue;
+    }
+    index_t i = j;
+    for (; i >= 4; i -= 4) FinishRows<4>(u, p, n, i - 4, j, x, d[j], divide_first);
+    while (i-- > 0) FinishRows<1>(u, p, n, i, j, x, d[j], divide_first);
+  }
+  return singular;
+}
+
+/// Both factorisations; returns the number of pivots that were singular.
+int FactorColumns(double* u, double* d, const double* p, index_t n, bool divide_first) {
+  if (n <= few) return FactorFew(u, d, p, n, divide_first);
+  constexpr std::uint64_t stack = small_order * small_order + packed_count(small_order);
+  const std::uint64_t width = n < unit_strip ? (std::uint64_t{n} + 7) / 8 * 8 : unit_strip;
+  WorkArea<7 + stack> work(7 + width * n + packed_count(n));
+  double* const scratch = OnBoundary(work.data());
+  return static_cast<int>(kernels().factor_unit(u, d, p, n, divide_first, smallest_pivot, scratch));
 }
 
 template <class Elements>
@@ -64,20 +107,7 @@ void TakeOrder(Operands& operands, UpperTriangularMatrix& U, DiagonalMatrix& D, 
 
 }  // namespace
 
-int FactorUD(double* u, double* d, const double* p, index_t n) {
-  int singular = 0;
-  FactorColumns(u, d, p, n, [&](index_t j, double* column, const double* s) noexcept {
-    const double pivot = column[j] - s[j];
-    if (!PivotPasses(pivot)) {
-      ++singular;
-      FillDoubles(column, 0.0, j);
-      return 0.0;
-    }
-    FinishColumn(column, s, pivot, j, false);
-    return pivot;
-  });
-  return singular;
-}
+int FactorUD(double* u, double* d, const double* p, index_t n) { return FactorColumns(u, d, p, n, false); }
 
 }  // namespace quorvel::detail
 
@@ -88,11 +118,7 @@ void UDDecomposition(UpperTriangularMatrix& U, DiagonalMatrix& D, const Symmetri
   detail::Operands operands(2, U, D, P);
   const index_t n = P.ndim();
   detail::TakeOrder(operands, U, D, n);
-  detail::FactorColumns(U.data(), D.data(), P.data(), n, [](index_t j, double* column, const double* s) noexcept {
-    const double d = column[j] - s[j];
-    detail::FinishColumn(column, s, d, j, true);
-    return d;
-  });
+  detail::FactorColumns(U.data(), D.data(), P.data(), n, true);
   operands.Succeed();
 }
 

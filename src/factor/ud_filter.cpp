@@ -70,35 +70,6 @@ void TimesUnitUpper(double* w, index_t stride, index_t n, const double* u, doubl
   }
 }
 
-/// Modified weighted Gram-Schmidt: the rows of [Phi*U, G] are made orthogonal in the weights [d, q], last row first.
-/// w: n + q lines of `stride` doubles, whole registers; weights: n + q; s and x: stride and n + q doubles of scratch. What
-/// lies in w behind column j is used up.
-void Orthogonalise(double* u, double* d, index_t n, double* w, index_t stride, index_t columns, const double* weights,
-                   double* s, double* x) noexcept {
-  const auto row = [=](index_t k) noexcept { return w + std::size_t{k} * stride; };
-  const kernel_offset step = static_cast<kernel_offset>(stride);
-  for (index_t j = n; j-- > 0;) {
-    const index_t width = WholeRegisters(j);
-    double dj = 0.0;
-    for (index_t k = 0; k < columns; ++k) {
-      x[k] = weights[k] * row(k)[j];
-      dj += x[k] * row(k)[j];
-    }
-    if (PivotPasses(dj)) {
-      d[j] = dj;
-      kernels().sum_lines(s, width, x, columns, w, step, 0, false);
-      for (index_t i = 0; i < j; ++i) s[i] /= dj;
-      for (index_t k = 0; k < columns; ++k) x[k] = -row(k)[j];
-      kernels().add_outer({w, step, 0, Form::by_rows, Shape::full}, columns, width, x, s);
-    } else {
-      d[j] = 0.0;
-      FillDoubles(s, 0.0, j);
-    }
-    for (index_t i = 0; i < j; ++i) u[packed_index(i, j, n)] = s[i];
-    u[packed_row(j, n)] = 1.0;
-  }
-}
-
 /// P = Phi*P*Phi' + G*Q*G' on the factors of P.
 template <class K>
 void TimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const RegularMatrix& Phi, const K& G,
@@ -107,17 +78,17 @@ void TimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const RegularMatrix
   const std::size_t columns = std::size_t{n} + Q.ndim();
   const index_t stride = WholeRegisters(n);
   const std::uint64_t most = (std::uint64_t{n} + 7) / 8 * 8;  // the stride of any kernels
-  WorkArea<2 * small_order * small_order + 5 * small_order> work((columns + 1) * most + 2 * columns);
-  double* const w = work.data();
-  double* const s = w + columns * stride;
-  double* const x = s + stride;
-  double* const weights = x + columns;
+  WorkArea<7 + 2 * small_order * small_order + 7 * small_order> work(7 + (columns + 1) * most + 3 * columns);
+  double* const w = OnBoundary(work.data());
+  double* const weights = w + columns * stride;
+  double* const scratch = weights + columns;
   StackColumns(w, stride, n, Phi);
-  TimesUnitUpper(w, stride, n, U.data(), x);
+  TimesUnitUpper(w, stride, n, U.data(), scratch);
   StackColumns(w + std::size_t{n} * stride, stride, n, G);
   CopyDoubles(weights, D.data(), n);
   CopyDoubles(weights + n, Q.data(), Q.ndim());
-  Orthogonalise(U.data(), D.data(), n, w, stride, static_cast<index_t>(columns), weights, s, x);
+  // The rows of [Phi*U, G] are made orthogonal in the weights [d, q], last row first.
+  kernels().orthogonalise(U.data(), D.data(), n, w, stride, static_cast<index_t>(columns), weights, smallest_pivot, scratch);
 }
 
 }  // namespace

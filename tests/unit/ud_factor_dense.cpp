@@ -160,6 +160,24 @@ TEST(UDFactorDense, EqualsTheElementwiseForm) {
   }
 }
 
+// More rows than are found together.
+TEST(UDFactorDense, LargeOrders) {
+  Random random(544);
+  UpperTriangularMatrix U;
+  DiagonalMatrix D;
+  for (const Family family : kFamilies) {
+    for (const unsigned n : {65u, 100u, 131u}) {
+      const Grid p = SymmetricSample(family, n, random);
+      UDFactor(U, D, SymmetricOf(p));
+      const Factors expected = FactorsOf(p, false);
+      ExpectFactors(U, D, expected, Name(family));
+      EXPECT_EQ(U.nsing(), expected.singular);
+      UDDecomposition(U, D, SymmetricOf(p));
+      ExpectFactors(U, D, FactorsOf(p, true), Name(family));
+    }
+  }
+}
+
 TEST(UDFactorDense, IsTheFactorisationWhereTheOlderFormIsNot) {
   UpperTriangularMatrix U;
   DiagonalMatrix D;

@@ -61,6 +61,9 @@ inline constexpr kernel_index small_factor = 24;
 /// Orders up to this one: a Cholesky factor is found column by column rather than by panels.
 inline constexpr kernel_index few_columns = 56;
 
+/// Rows of a U-D factor that are found together, at most.
+inline constexpr kernel_index unit_strip = 64;
+
 /// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
 inline constexpr kernel_index most_columns = 9;
 struct CholeskyPanel {
@@ -135,8 +138,8 @@ struct Kernels {
   /// c(i, j) += x[i] * y[j], rows x cols elements of a c by rows, full or upper; no overlap.
   void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y);
 
-  /// y[k] = (y[k] - s[k]) / d, or y[k] / d - s[k].
-  void (*finish_line)(double* y, const double* s, double d, kernel_index count, bool divide_first);
+  /// y[k] = (y[k] - s[k]) / d.
+  void (*finish_line)(double* y, const double* s, double d, kernel_index count);
 
   /// The rows of the unit upper triangle u (packed) in a U-D filter's measurement update: for j = i+1 .. order - 1,
   /// u(i, j) += lambda[j] * b[i], then b[i] += v[j] * (what u(i, j) was).
@@ -158,6 +161,20 @@ struct Kernels {
   /// to(j, i) = from(i, j): rows x cols elements, line strides in doubles.
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
+
+  /// p = u * d * u' with a unit upper triangle u (p and u packed, apart), elements U(i, j) being (P(i, j) - S)/d(j), and
+  /// 0.0 where |d(j)| is not beyond `smallest`: d(j) is 0.0 then; how many these are is returned. Or P(i, j)/d(j) - S
+  /// whatever d(j) is. scratch: order lines of unit_strip doubles, or of `order` rounded up to 8 when that is less, and
+  /// a packed triangle.
+  kernel_index (*factor_unit)(double* u, double* d, const double* p, kernel_index order, bool divide_first,
+                              double smallest, double* scratch);
+
+  /// Modified weighted Gram-Schmidt on `count` lines of n elements, which lie whole registers apart (stride) and are used
+  /// up. d(j) is the weighted square of column j without its shares in those behind it; column j of the unit upper
+  /// triangle u (packed) holds the shares of the columns before it. Where |d(j)| is not beyond `smallest`, both are 0.0.
+  /// The order of the sums: gram_schmidt.inc. scratch: stride + 2 * count doubles.
+  void (*orthogonalise)(double* u, double* d, kernel_index n, double* lines, kernel_index stride, kernel_index count,
+                        const double* weights, double smallest, double* scratch);
 
   /// The Cholesky factor l of an order of at most few_columns; l and a are packed lower triangles, maybe the same. When
   /// not dividing by the pivots' roots, but multiplying by their reciprocals, a pivot less than |tolerance * a(j, j)| is
