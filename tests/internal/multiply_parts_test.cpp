@@ -16,7 +16,6 @@ using quorvel::detail::Form;
 using quorvel::detail::kernel_offset;
 using quorvel::detail::kernels;
 using quorvel::detail::Shape;
-using quorvel::detail::small_factor;
 using quorvel::detail::Target;
 
 namespace {
@@ -98,6 +97,12 @@ void Check(const Case& t, Pattern pattern, Random& random) {
   kernels().multiply(to, 0, left, right, 0, t.part);
   EXPECT_TRUE(SameBits(c.data(), expected.data(), c.size())) << Describe(t) << ", " << Name(pattern);
   digest::Feed(c.data(), c.size());
+  const bool whole = t.part.row_end - t.part.row_begin == t.rows && t.part.col_end - t.part.col_begin == t.cols;
+  if (whole && (t.c.form == Form::by_rows) != (t.c.shape == Shape::lower)) {
+    c = before;
+    kernels().multiply_whole(to, left, right, t.rows, t.cols, t.depth);
+    EXPECT_TRUE(SameBits(c.data(), expected.data(), c.size())) << "whole: " << Describe(t) << ", " << Name(pattern);
+  }
 }
 
 // Dimensions of which `square` ones are equal.
@@ -126,7 +131,6 @@ void CheckAll(unsigned largest, unsigned trials, Random& random) {
             t.part.col_begin = random.Below(t.cols + 1);
             t.part.col_end = t.part.col_begin + random.Below(t.cols - t.part.col_begin + 1);
           }
-          if (b.form == Form::mirrored && t.depth <= small_factor) t.part.col_end = t.cols;
           if (t.part.col_begin == t.part.col_end) continue;  // no product
           const Pattern pattern = kAllPatterns[random.Below(static_cast<unsigned>(kAllPatterns.size()))];
           Check(t, pattern, random);

@@ -93,8 +93,7 @@ struct Kernels {
 
   /// c(i, j) = sum over k = 0 .. depth - 1 of a(i, k) * b(k, j), for the rows and columns of `part` that lie in the
   /// shape of c. No overlap between c and the factors. `c_origin`: the index of the column that c's lines begin with
-  /// (c by_rows, full); `b_origin`: the same for b. With a mirrored b of small_factor terms at most, the part ends with
-  /// the last column.
+  /// (c by_rows, full); `b_origin`: the same for b.
   void (*multiply)(const Target& c, kernel_index c_origin, const Factor& a, const Factor& b, kernel_index b_origin,
                    const Extent& part);
 
