@@ -188,7 +188,7 @@ inline DiagonalMatrix Sample(DiagonalMatrix*, unsigned m, unsigned, Pattern patt
 }
 // About a third of the cells; some of the stored values are zeros.
 template <class K>
-K SparseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
+K SparseSampleWithZeros(unsigned m, unsigned n, Pattern pattern, Random& random) {
   K a(m, n);
   for (unsigned i = 0; i < m; ++i) {
     for (unsigned j = 0; j < n; ++j) {
@@ -200,10 +200,10 @@ K SparseSample(unsigned m, unsigned n, Pattern pattern, Random& random) {
   return a;
 }
 inline RegularSparseMatrix Sample(RegularSparseMatrix*, unsigned m, unsigned n, Pattern pattern, Random& random) {
-  return SparseSample<RegularSparseMatrix>(m, n, pattern, random);
+  return SparseSampleWithZeros<RegularSparseMatrix>(m, n, pattern, random);
 }
 inline SymmetricSparseMatrix Sample(SymmetricSparseMatrix*, unsigned m, unsigned, Pattern pattern, Random& random) {
-  return SparseSample<SymmetricSparseMatrix>(m, m, pattern, random);
+  return SparseSampleWithZeros<SymmetricSparseMatrix>(m, m, pattern, random);
 }
 template <class K>
 K Sample(unsigned m, unsigned n, Pattern pattern, Random& random) {
