@@ -1,8 +1,11 @@
 # Kernel sources named after an instruction set are built with that set's flags, and only for
 # processors that have it. Every other source is built for the baseline of the platform.
 
-# The register tiles need their loops unrolled, which -O2 does not do.
+# The register tiles need their loops unrolled, which -O2 does not do. Whoever chose a lower level gets that.
 set(quorvel_kernel_optimise $<$<CONFIG:Release>:-O3>)
+if(CMAKE_CXX_FLAGS_RELEASE MATCHES "-O[01s]")
+  set(quorvel_kernel_optimise "")
+endif()
 set_source_files_properties("${PROJECT_SOURCE_DIR}/src/ops/kernels/portable.cpp" PROPERTIES
   COMPILE_OPTIONS "${quorvel_kernel_optimise}")
 

@@ -61,31 +61,48 @@ for preset in "${presets[@]:1}"; do
   echo "$preset: the same"
 done
 
-# same_results NAME PRESET CMAKE_ARGUMENT...: builds the library otherwise, puts it in the place of that preset's under
-# the same test programs, and compares.
-same_results() {
-  local name=$1 preset=$2 folder=$PWD/build/$1 room program line
-  local run=(env) set=
-  [ "$preset" != armhf ] || { run=(qemu-arm -L /usr/arm-linux-gnueabihf) set=-E; }
+# library_in FOLDER PRESET CMAKE_ARGUMENT...: builds the library otherwise, without tests.
+library_in() {
+  local folder=$1 preset=$2
   shift 2
-  say "library built with $name: building, and its results"
+  say "library in $folder: building"
   quietly cmake --preset "$preset" -B "$folder" -DQUORVEL_BUILD_TESTS=OFF -DQUORVEL_BUILD_EXAMPLES=OFF "$@"
   build "$folder" Quorvel
+}
+
+# same_results FOLDER PRESET: puts the library of that folder in the place of that preset's under the same test programs,
+# and compares.
+same_results() {
+  local folder=$PWD/$1 preset=$2 room program line
+  local run=(env) set= rooms=(laws unit accuracy sincos) running=()
+  [ "$preset" != armhf ] || { run=(qemu-arm -L /usr/arm-linux-gnueabihf) set=-E; }
+  say "library in $1: its results"
   run+=($set LD_LIBRARY_PATH="$folder")
-  for room in laws unit accuracy sincos; do
+  for room in "${rooms[@]}"; do
     program=$(find "build/$preset/tests" -name "test_$room" -type f)
     [[ $("${run[@]}" $set LD_TRACE_LOADED_OBJECTS=1 "$program") == *"$folder/libQuorvel"* ]] ||
-      { echo "FAILED: test_$room does not take the library with $name"; exit 1; }
-    line=$("${run[@]}" "$program" --gtest_brief=1 | grep '^digest ')
-    digests_of "$reference" | grep -qxF "$line" || { echo "FAILED: built with $name its results differ: $line"; exit 1; }
+      { echo "FAILED: test_$room does not take the library in $1"; exit 1; }
+    "${run[@]}" "$program" --gtest_brief=1 >"$folder/$room.out" &
+    running+=($!)
+  done
+  for room in "${rooms[@]}"; do
+    wait "${running[0]}" || { cat "$folder/$room.out"; echo "FAILED: test_$room with the library in $1"; exit 1; }
+    running=("${running[@]:1}")
+    line=$(grep '^digest ' "$folder/$room.out")
+    digests_of "$reference" | grep -qxF "$line" || { echo "FAILED: with the library in $1 results differ: $line"; exit 1; }
     echo "$line: the same"
   done
 }
 
 if [ $quick = no ]; then
   scripts/abi.sh "${no_install[@]}"
-  for level in O0 O1 Os; do same_results "$level" release -DCMAKE_CXX_FLAGS_RELEASE="-$level"; done
-  same_results vfpv4 armhf -DCMAKE_CXX_FLAGS=-mfpu=vfpv4 # which has a fused multiply-add
+  same_results build/abi/amd64 release # which is built at -O0
+  for level in O1 Os; do
+    library_in "build/$level" release -DCMAKE_CXX_FLAGS_RELEASE="-$level"
+    same_results "build/$level" release
+  done
+  library_in build/vfpv4 armhf -DCMAKE_CXX_FLAGS=-mfpu=vfpv4 # which has a fused multiply-add
+  same_results build/vfpv4 armhf
 fi
 
 for preset in "${presets[@]}"; do
