@@ -17,8 +17,11 @@ bool IsVector(const RegularMatrix& h, index_t n) noexcept {
   return (h.nrows() == n && h.ncols() == 1) || (h.nrows() == 1 && h.ncols() == n);
 }
 
-/// f = U'*h, row by row of U.
+/// f = U'*h, row by row of U. Few states are done sooner by elements: registers would be loaded from what the update
+/// before has just stored.
 void TransposedTimes(const double* u, index_t n, const double* h, double* f) noexcept {
+  constexpr index_t few = 8;
+  if (n > few) return kernels().times_unit(u, n, h, f);
   CopyDoubles(f, h, n);
   for (index_t i = 0; i + 1 < n; ++i) AddScaled(f + i + 1, n - i - 1, u + packed_row(i, n) + 1, h[i]);
 }

@@ -140,6 +140,9 @@ struct Kernels {
   /// y[k] = (y[k] - s[k]) / d.
   void (*finish_line)(double* y, const double* s, double d, kernel_index count);
 
+  /// f = u' * h for a unit upper triangle u (packed): f[j] = h[j] + the sum of h[i] * u(i, j), i = 0 .. j - 1 increasing.
+  void (*times_unit)(const double* u, kernel_index order, const double* h, double* f);
+
   /// The rows of the unit upper triangle u (packed) in a U-D filter's measurement update: for j = i+1 .. order - 1,
   /// u(i, j) += lambda[j] * b[i], then b[i] += v[j] * (what u(i, j) was).
   void (*update_gain)(double* u, kernel_index order, const double* lambda, const double* v, double* b);
