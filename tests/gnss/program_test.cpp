@@ -1,8 +1,6 @@
 // The program as a user meets it: messages, exit status, files.
 #include "program.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -11,24 +9,16 @@
 #include <gtest/gtest.h>
 
 #include "gnss/written_files.h"
+#include "support/program.h"
 
 namespace gnss {
 namespace {
 
 using namespace gnss::test;
+using namespace quorvel::test;
 namespace fs = std::filesystem;
 
-struct Ending {
-  int status;
-  std::string out, err;
-};
-
-Ending RunOn(const std::vector<std::string>& arguments) {
-  std::ostringstream out;
-  std::ostringstream err;
-  const int status = RunProgram(arguments, out, err);
-  return {status, out.str(), err.str()};
-}
+Ending RunOn(const std::vector<std::string>& arguments) { return EndingOf(RunProgram, arguments); }
 
 std::string Contents(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -37,25 +27,12 @@ std::string Contents(const fs::path& path) {
   return text.str();
 }
 
-// A directory for files that the program reads and writes.
-class Program : public ::testing::Test {
+class Program : public ProgramFolder {
  protected:
-  Program() : directory_(fs::temp_directory_path() / ("gnss_program_" + std::to_string(::getpid()))) {
-    fs::create_directories(directory_);
-  }
-  ~Program() override { fs::remove_all(directory_); }
-
-  std::string File(const std::string& name, const std::string& text) const {
-    const fs::path path = directory_ / name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path.string();
-  }
-
   std::string Navigation() const { return files_.Navigation(); }
   std::string Observations(int epochs) const { return files_.Observations(epochs); }
   std::string Out() const { return (directory_ / "out").string(); }
 
-  fs::path directory_;
   WrittenFiles files_;
   Vector3 place_ = files_.place();
 };

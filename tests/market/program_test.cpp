@@ -2,7 +2,6 @@
 #include "program.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
@@ -14,38 +13,19 @@
 #include "quorvel/convenience.h"
 #include "reader.h"
 #include "structure.h"
+#include "support/program.h"
 
 namespace market {
 namespace {
 
+using namespace quorvel::test;
 using namespace quorvel::test::data;
 using quorvel::from_rows;
 namespace fs = std::filesystem;
 
-struct Ending {
-  int status;
-  std::string out, err;
-};
+Ending RunOn(const std::vector<std::string>& arguments) { return EndingOf(RunProgram, arguments); }
 
-Ending RunOn(const std::vector<std::string>& arguments) {
-  std::ostringstream out, err;
-  const int status = RunProgram(arguments, out, err);
-  return {status, out.str(), err.str()};
-}
-
-class Program : public ::testing::Test {
- protected:
-  Program() : directory_(fs::temp_directory_path() / ("market_program_" + std::to_string(::getpid()))) {
-    fs::create_directories(directory_);
-  }
-  ~Program() override { fs::remove_all(directory_); }
-  std::string File(const std::string& name, const std::string& text) const {
-    const fs::path path = directory_ / name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path.string();
-  }
-  fs::path directory_;
-};
+using Program = ProgramFolder;
 
 TEST_F(Program, ArgumentsThatMakeNoSense) {
   EXPECT_EQ(RunOn({}).status, 2);
