@@ -70,6 +70,11 @@ void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n
 }
 
 void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, unsigned n, unsigned m) {
+  if (n <= small_factor && m <= small_factor && x.form == Form::by_rows) {  // given by its columns it makes a better strip
+    double columns[small_factor * small_factor];
+    kernels().transpose(columns, n, x.first, x.stride, n, m);
+    return DiagonalCongruence(s, Transposed(FactorOf(columns, n)), q, n, m);
+  }
   const unsigned width = WidthOfStrip(n, m, false);
   ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
     for (unsigned t = 0; t < m; ++t) {

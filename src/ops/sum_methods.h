@@ -43,13 +43,23 @@ BlockView BlockAt(const K& a, index_t i, index_t j, index_t rows, index_t cols, 
   return {buffer, cols};
 }
 
-/// Two unlike dense kinds, in blocks that fit small buffers.
+/// Two unlike dense kinds, in blocks that fit small buffers; tiny ones element by element, which is done before a buffer that
+/// was just written can be read in whole registers.
 struct ByBlocks {
+  static constexpr index_t tiny = 4;
+  template <class Op, class RuleA, class RuleB>
+  static void ByElements(double* r, RuleA a, RuleB b, index_t n) noexcept {
+    for (index_t i = 0; i < n; ++i) {
+      for (index_t j = 0; j < n; ++j) *r++ = Op::of(a.at(i, j), b.at(i, j));
+    }
+  }
+
   template <class Op, class A, class B>
   static void run(RegularMatrix& result, const A& a, const B& b) {
     constexpr index_t high = 8, wide = 64;
     const index_t n = a.ncols();
     SizeForResult(result, n, n);
+    if (n <= tiny) return ByElements<Op>(result.data(), Rule<A>(a), Rule<B>(b), n);
     alignas(64) double of_a[high * wide], of_b[high * wide];
     for (index_t i = 0; i < n; i += high) {
       const index_t rows = n - i < high ? n - i : high;
