@@ -163,4 +163,15 @@ TEST(MultiplyParts, AFirstBlockWithoutTerms) {
   }
 }
 
+// What a second block adds to, on the diagonal.
+TEST(MultiplyParts, ASecondBlock) {
+  Random random(814);
+  const unsigned n = 300;
+  for (const Layout& b : kLayouts) {
+    for (const Layout& c : kLayouts) {
+      if (c.form != Form::mirrored) Check({kLayouts[0], b, c, n, n, n, {140, 165, 135, 170, n}}, Pattern::kUniform, random);
+    }
+  }
+}
+
 }  // namespace
