@@ -159,6 +159,23 @@ TEST(RarePaths, CongruencesOfNothing20261121) {
   expect_zeros(AAT(thin));
 }
 
+// More rows than the update of a symmetric matrix takes at once.
+TEST(RarePaths, ARankOneUpdateOfALargeMatrix) {
+  const unsigned n = 300;
+  SymmetricMatrix p(n);
+  std::vector<double> x(n);
+  for (unsigned i = 0; i < n; ++i) {
+    x[i] = static_cast<double>(i % 11) - 4.0;
+    for (unsigned j = i; j < n; ++j) p(i, j) = static_cast<double>(i + 2 * j);
+  }
+  RankOneUpdate(p, x.data(), 2.0);
+  unsigned wrong = 0;
+  for (unsigned i = 0; i < n; ++i) {
+    for (unsigned j = i; j < n; ++j) wrong += p(i, j) == static_cast<double>(i + 2 * j) + 2.0 * x[i] * x[j] ? 0 : 1;
+  }
+  EXPECT_EQ(wrong, 0u);
+}
+
 TEST(RarePaths, ExtremesOfStoredElements) {
   const RegularSparseMatrix a = SparseOf<RegularSparseMatrix>(2, 3, {{0, 0, 2.0}, {0, 2, 5.0}, {1, 0, 1.0}, {1, 1, 3.0}});
   EXPECT_EQ(a.Max(), 5.0);
