@@ -85,6 +85,8 @@ void TimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const RegularMatrix
   double* const w = OnBoundary(work.data());
   double* const weights = w + columns * stride;
   double* const scratch = weights + columns;
+  // What a line has beyond n is computed with; left as it is, it may be so small that this takes long.
+  if (stride != n) ClearDoubles(w, std::uint64_t{columns} * stride);
   StackColumns(w, stride, n, Phi);
   TimesUnitUpper(w, stride, n, U.data(), scratch);
   StackColumns(w + std::size_t{n} * stride, stride, n, G);
