@@ -62,7 +62,7 @@ double ElementOf(const Factor& x, unsigned i, unsigned t) noexcept {
 }  // namespace
 
 void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n, unsigned m) {
-  if (n <= small_factor && m <= small_factor && x.shape == Shape::full) return kernels().congruence(s.data(), x, q, n, m);
+  if (n <= small_factor && m - 1 < small_factor && x.shape == Shape::full) return kernels().congruence(s.data(), x, q, n, m);
   const unsigned width = WidthOfStrip(n, m, true);
   ByStrips(s, x, width, n, m, [&](double* w, unsigned begin, unsigned end) {
     kernels().multiply(TargetOf(w, width), begin, q, Transposed(x), 0, {0, m, begin, end, m});

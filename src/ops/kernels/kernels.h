@@ -105,7 +105,7 @@ struct Kernels {
   void (*product)(double* c, const double* a, const double* b, kernel_index rows, kernel_index cols,
                   kernel_index depth);
 
-  /// s = X Q X' for an n x m X and a mirrored Q, n and m at most small_factor; s is a packed upper triangle by rows.
+  /// s = X Q X' for an n x m X and a mirrored Q, n and m at most small_factor, m > 0; s is a packed upper triangle by rows.
   void (*congruence)(double* s, const Factor& x, const Factor& q, kernel_index n, kernel_index m);
 
   /// y[k] += s * x[k], k = 0 .. count - 1.
@@ -164,7 +164,7 @@ struct Kernels {
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
 
-  /// p = u * d * u' with a unit upper triangle u (p and u packed, apart), elements U(i, j) being (P(i, j) - S)/d(j), and
+  /// p = u * d * u' with a unit upper triangle u (p and u packed, apart; order > 0), elements U(i, j) being (P(i, j) - S)/d(j), and
   /// 0.0 where |d(j)| is not beyond `smallest`: d(j) is 0.0 then; how many these are is returned. Or P(i, j)/d(j) - S
   /// whatever d(j) is. scratch: order lines of unit_strip doubles, or of `order` rounded up to 8 when that is less, and
   /// a packed triangle.
