@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# usage: bench.sh [--quick] [--only OPERATION] [--out DIR | --docs] [--no-install]
+# usage: bench.sh [--quick] [--runs N] [--only OPERATION] [--out DIR | --docs] [--no-install]
 #
 # Measures this library beside Eigen, OpenBLAS with LAPACK, Armadillo and CHOLMOD: installs them, builds the benchmark
-# program for any processor and for this one, runs both (three times each, sparse matrices once; --quick: once and shorter), and writes
+# program for any processor and for this one, runs both (three times each, sparse matrices once; --quick: once, with few rounds; --runs: N times), and writes
 # DIR/PERFORMANCE.md with its tables, DIR/performance/figures.csv, and one picture per operation beside it. DIR is
 # build/bench/report unless given, and docs with --docs. --only OPERATION: operations with that text in their name.
 # --no-install: name missing packages instead of installing them.
@@ -12,22 +12,24 @@ set -euo pipefail
 here=$PWD
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
-runs=3
+runs=
 effort=normal
 only=
 out=build/bench/report
 no_install=()
 while [ $# -gt 0 ]; do
   case $1 in
-    --quick) runs=1 effort=quick ;;
+    --quick) effort=quick ;;
+    --runs) runs=${2?--runs needs a number}; shift ;;
     --only) only=${2?--only needs the name of an operation}; shift ;;
     --out) out=$(cd "$here" && realpath -m "${2?--out needs a folder}"); shift ;;
     --docs) out=docs ;;
     --no-install) no_install=(--no-install) ;;
-    *) echo "usage: bench.sh [--quick] [--only OPERATION] [--out DIR | --docs] [--no-install]" >&2; exit 2 ;;
+    *) echo "usage: bench.sh [--quick] [--runs N] [--only OPERATION] [--out DIR | --docs] [--no-install]" >&2; exit 2 ;;
   esac
   shift
 done
+[ -n "$runs" ] || { [ $effort = quick ] && runs=1 || runs=3; }
 
 scripts/setup.sh "${no_install[@]}" build bench
 
@@ -52,7 +54,9 @@ race() {
   env OPENBLAS_NUM_THREADS=1 "${core[@]}" "build/bench/benchmarks/bench_$1" --effort $effort --only "$only" \
     "${without[@]}" >"$raw/$1-$2.txt" 2>"$raw/$1-$2.log" || { cat "$raw/$1-$2.log" >&2; echo "FAILED: bench_$1" >&2; exit 1; }
 }
-echo "# measured: $(date +%F), compiled with $(c++ --version | head -n 1)" >"$raw/default-0.txt"
+rounds="runs: $runs"
+[ $effort = normal ] || rounds+=", short ones (few rounds)"
+echo "# measured: $(date +%F), compiled with $(c++ --version | head -n 1); $rounds" >"$raw/default-0.txt"
 for run in $(seq $runs); do
   for flavour in default native; do
     say "run $run of $runs, $flavour"

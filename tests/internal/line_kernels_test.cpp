@@ -101,3 +101,22 @@ TEST(LineKernels, DividedAndChosenElements) {
     }
   }
 }
+
+TEST(LineKernels, ResidualsKeepWhatAProductLosesUnlessItsFactorsAreHuge) {
+  // (1 + 2^-30)^2 = 1 + 2^-29 + 2^-60; halves of factors above 2^995 would overflow, their products count as they are.
+  const std::vector<double> factors{1.0 + 0x1p-30, 1e300, -0x1p996, 0x1p995, -1e308, 1.0 + 0x1p-30};
+  for (unsigned count = 1; count <= 20; ++count) {
+    std::vector<double> a, b, r(count + 1, 7.0);
+    for (unsigned i = 0; i < count; ++i) {
+      a.push_back(factors[i % factors.size()]);
+      b.push_back(a.back() * (1.0 + 0x1p-30));
+    }
+    const double x = 1.0 + 0x1p-30;
+    kernels().residuals(r.data(), count, b.data(), a.data(), static_cast<quorvel::detail::kernel_offset>(count), 1, &x);
+    for (unsigned i = 0; i < count; ++i) {
+      const double expected = a[i] == 1.0 + 0x1p-30 ? -0x1p-60 : 0.0;  // a power of two loses nothing
+      EXPECT_EQ(r[i], expected) << i << " of " << count;
+    }
+    EXPECT_EQ(r[count], 7.0) << count;
+  }
+}
