@@ -159,6 +159,66 @@ TEST(RarePaths, CongruencesOfNothing20261121) {
   expect_zeros(AAT(thin));
 }
 
+// Found by fuzzing, 2026-11-21: a column without terms, of several registers. Missing arrays must not be stepped along.
+TEST(RarePaths, ProductsOfNothing20261121) {
+  const auto expect_zeros = [](const RegularMatrix c, unsigned rows, unsigned cols) {
+    ASSERT_EQ(c.nrows(), rows);
+    ASSERT_EQ(c.ncols(), cols);
+    for (unsigned i = 0; i < rows; ++i) {
+      for (unsigned j = 0; j < cols; ++j) EXPECT_EQ(c(i, j), 0.0) << i << ", " << j << " of " << rows << " x " << cols;
+    }
+  };
+  const unsigned sizes[] = {0, 1, 2, 3, 4, 5, 9, 24, 25, 30, 70};
+  for (const unsigned n : sizes) {
+    for (const unsigned m : sizes) {
+      const RegularMatrix high(n, 0), other(m, 0), wide(0, m), flat(0, n);
+      expect_zeros(high * wide, n, m);
+      expect_zeros(ATB(flat, wide), n, m);
+      expect_zeros(ABT(high, other), n, m);
+      expect_zeros(transpose(high), 0, n);
+      expect_zeros(transpose(flat), n, 0);
+      expect_zeros(high + high, n, 0);
+      expect_zeros(RegularMatrix(flat * RegularMatrix(n, m)), 0, m);
+      expect_zeros(RegularMatrix(n, m) * other, n, 0);
+      expect_zeros(ATB(RegularMatrix(n, m), high), m, 0);
+    }
+    const RegularMatrix high(n, 0), flat(0, n);
+    SymmetricMatrix s(n);
+    UpperTriangularMatrix u(n);
+    LowerTriangularMatrix l(n);
+    for (unsigned i = 0; i < n; ++i) s(i, i) = u(i, i) = l(i, i) = 2.0;
+    expect_zeros(s * high, n, 0);
+    expect_zeros(u * high, n, 0);
+    expect_zeros(l * high, n, 0);
+    expect_zeros(flat * s, 0, n);
+    expect_zeros(flat * u, 0, n);
+    expect_zeros(flat * l, 0, n);
+    expect_zeros(ABT(s, flat), n, 0);
+    RegularMatrix sides(n, 0);
+    expect_zeros(u > sides, n, 0);
+    expect_zeros(l > sides, n, 0);
+    expect_zeros(s > sides, n, 0);
+    EXPECT_EQ(SymmetricMatrix(AQAT(flat, s)).ndim(), 0u);
+    EXPECT_EQ(SymmetricMatrix(ATPA(high, s)).ndim(), 0u);
+  }
+}
+
+TEST(RarePaths, UdFilterWithoutNoise) {
+  for (const unsigned n : {1u, 5u, 24u, 30u, 70u}) {
+    SymmetricMatrix p(n);
+    RegularMatrix phi(n, n);
+    for (unsigned i = 0; i < n; ++i) p(i, i) = phi(i, i) = 1.0 + i;
+    UpperTriangularMatrix u;
+    DiagonalMatrix d;
+    UDFactor(u, d, p);
+    UDTimeUpdate(u, d, phi, RegularMatrix(n, 0), DiagonalMatrix(0u));
+    for (unsigned i = 0; i < n; ++i) {  // a diagonal covariance stays one
+      EXPECT_EQ(d(i, i), (1.0 + i) * (1.0 + i) * (1.0 + i)) << i << " of " << n;
+      for (unsigned j = i + 1; j < n; ++j) EXPECT_EQ(u(i, j), 0.0) << i << ", " << j << " of " << n;
+    }
+  }
+}
+
 // More rows than the update of a symmetric matrix takes at once.
 TEST(RarePaths, ARankOneUpdateOfALargeMatrix) {
   const unsigned n = 300;
