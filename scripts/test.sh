@@ -3,8 +3,8 @@
 #
 # Builds and runs the whole suite: GCC, sanitizers and Clang on this machine, then the cross build for
 # 32-bit ARM under QEMU. The results of all builds, and of the library built at other levels of
-# optimisation, must agree to the last bit (their digests are compared). --quick: GCC on this machine only. --no-install: name missing tools instead of
-# installing them.
+# optimisation, must agree to the last bit (their digests are compared). --quick: GCC on this machine only.
+# --no-install: name missing tools instead of installing them.
 set -euo pipefail
 . "$(dirname "$(readlink -f "$0")")/common.sh"
 
@@ -25,6 +25,11 @@ else
   presets=(release sanitize clang armhf)
   scripts/setup.sh "${no_install[@]}" build test clang arm abi reference
 fi
+
+# Two runs in one tree would overwrite each other's programs and logs.
+mkdir -p build
+exec {lock}>build/test.lock
+flock -n $lock || { echo "another test.sh is running in this tree" >&2; exit 1; }
 
 # digests_of PRESET: the lines "digest ROOM HEX" that its test programs printed. Rooms that feed no results (some exist
 # on the host only) have the digest 0 and are left out.

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/guarded_heap.h"
+
 namespace quorvel::test {
 namespace {
 
@@ -28,6 +30,12 @@ std::atomic<const void*> watched[kWatched];
 std::atomic<bool> was_deleted[kWatched];
 std::atomic<unsigned> watching{0};
 
+// The same from the first allocation of the program to its end.
+guarded_heap::Side Guarded() noexcept {
+  static const guarded_heap::Side side = guarded_heap::Asked();
+  return side;
+}
+
 bool MustFail() noexcept {
   if (countdown == 0) return false;
   if (countdown > 1) {
@@ -44,7 +52,9 @@ void* Allocate(std::size_t size, std::size_t alignment) noexcept {
   if (largest != 0 && size > largest) return nullptr;
   if (size == 0) size = 1;
   void* block = nullptr;
-  if (alignment <= alignof(std::max_align_t)) {
+  if (Guarded() != guarded_heap::Side::kNone) {
+    block = guarded_heap::Allocate(size, alignment, Guarded());
+  } else if (alignment <= alignof(std::max_align_t)) {
     block = std::malloc(size);
   } else {
     block = std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
@@ -71,7 +81,11 @@ void Release(void* block) noexcept {
       if (watched[k] == block) was_deleted[k] = true;
     }
   }
-  std::free(block);
+  if (Guarded() != guarded_heap::Side::kNone) {
+    guarded_heap::Release(block);
+  } else {
+    std::free(block);
+  }
 }
 
 constexpr std::size_t kPlain = alignof(std::max_align_t);

@@ -111,10 +111,6 @@ struct Kernels {
   /// y[k] += s * x[k], k = 0 .. count - 1.
   void (*add_multiple)(double* y, double s, const double* x, kernel_index count);
 
-  /// The same for four lines in turn, y[k] read and written once: s[0] * x0[k] first, s[3] * x3[k] last.
-  void (*add_four_multiples)(double* y, const double* s, const double* x0, const double* x1, const double* x2,
-                             const double* x3, kernel_index count);
-
   /// r[k] = x[k] + y[k], x[k] - y[k], s * x[k], -x[k], k = 0 .. count - 1. r may be an operand.
   void (*add)(double* r, const double* x, const double* y, kernel_index count);
   void (*subtract)(double* r, const double* x, const double* y, kernel_index count);
