@@ -335,6 +335,23 @@ TYPED_TEST(DenseKind, Extremes) {
   EXPECT_EQ(DispensableCopy(a).Min(), -7.0);
 }
 
+// Wherever the element stands that decides, the first and the last place included.
+TYPED_TEST(DenseKind, EveryStoredElementDecides) {
+  TypeParam a(3, 3);
+  for (unsigned k = 0; k < a.StoredCount(); ++k) {
+    a = 2.0;
+    a.data()[k] = 5.0;
+    EXPECT_EQ(a.Max(), 5.0) << k;
+    EXPECT_EQ(a.Min(), 2.0) << k;
+    EXPECT_FALSE(a == 2.0 || a != 5.0 || a < 5.0 || a <= 4.0 || a.AllElementsOnInterval(2.0, 4.0)) << k;
+    EXPECT_FALSE(a.Equals(3.0, 1.0)) << k;
+    a.data()[k] = -1.0;
+    EXPECT_EQ(a.Max(), 2.0) << k;
+    EXPECT_EQ(a.Min(), -1.0) << k;
+    EXPECT_FALSE(a == 2.0 || a != -1.0 || a > -1.0 || a >= 0.0 || a.AllElementsOnInterval(0.0, 2.0)) << k;
+  }
+}
+
 TYPED_TEST(DenseKind, ComparisonsLookAtStoredDoublesOnly) {
   TypeParam a(3, 3);
   a = 2.0;
