@@ -13,7 +13,8 @@ library takes the place of the tests' one through LD_LIBRARY_PATH. A mutant is
   not compiled  it is no valid program
   survived      every program passed; reasons of known ones are in explained.txt
 
-The score is killed / (killed + survived). --again runs those that survived in an earlier results file once more.
+The score is killed / (killed + survived): explained ones count against it. --again runs those that survived in an
+earlier results file once more.
 Everything happens on copies in a temporary folder, so that the sources may change meanwhile; --work names a folder
 that is kept, and saves compiling the unchanged library when it is used again. --skip leaves out the first ones: a run
 goes on where one with a smaller --count ended.
@@ -361,9 +362,9 @@ def main():
 
     judged = counts["killed"] + counts["survived"]
     score = 100.0 * counts["killed"] / judged if judged else 0.0
-    print(", ".join(f"{number} {verdict}" for verdict, number in counts.items()) +
-          f"; {known} of the survivors are explained")
-    print(f"mutation score {score:.1f} % ({counts['killed']} of {judged})")
+    print(", ".join(f"{number} {verdict}" for verdict, number in counts.items()))
+    print(f"mutation score {score:.1f} % ({counts['killed']} of {judged}); "
+          f"{known} of the {counts['survived']} that survive cannot change a result, for the reasons listed")
     return 0 if score >= options.minimum else 1
 
 
