@@ -60,6 +60,8 @@ void FailWith(int value, const Matrix* first, const Matrix* second, const Matrix
   throw MatrixException(value);
 }
 
+void FailToAllocate() { FailWith(code::allocate + offset::null_pointer); }
+
 void InvariantFailed(const char* condition, const char* file, unsigned line, const char* signature) {
   std::fprintf(stderr, "%s: %s:%u: %s: Assertion `%s' failed.\n", program_invocation_short_name, file, line, signature,
                condition);

@@ -5,8 +5,6 @@
 
 const Matrix::size_type Matrix::npos;
 
-Matrix::~Matrix() = default;
-
 Matrix::Matrix(Matrix&& source) noexcept
     : nsing_(std::exchange(source.nsing_, -1)),
       flags_(static_cast<unsigned char>(source.flags_ & ~dispensable_bit)),

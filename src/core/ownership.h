@@ -21,6 +21,17 @@ namespace quorvel::detail {
 [[noreturn]] void FailWith(int value, const Matrix* first = nullptr, const Matrix* second = nullptr,
                            const Matrix* third = nullptr);
 
+/// Reports exhausted memory: 10680.
+[[noreturn]] void FailToAllocate();
+
+/// The end of a dispensable matrix that has given away what it held.
+inline void DestroyEmptied(const Matrix& m) noexcept { delete &m; }
+
+/// A new dense matrix of that size, whose every stored double is written next; a packed or diagonal one refuses to be
+/// oblong, as in SetSize. For operands that have passed their checks: nothing is pending.
+template <class K>
+K* NewDense(Matrix::size_type rows, Matrix::size_type cols);
+
 /// Holds the operands of an operation whose checks have passed; destroys each dispensable one once at scope exit.
 class Consumed {
  public:
@@ -62,6 +73,10 @@ class NewResult {
  public:
   template <class... Args>
   explicit NewResult(Args&&... args) : result_(make(std::forward<Args>(args)...)) {}
+
+  /// A dense result of that size, not filled.
+  static NewResult sized(Matrix::size_type rows, Matrix::size_type cols) { return NewResult(NewDense<K>(rows, cols)); }
+
   NewResult(const NewResult&) = delete;
   NewResult& operator=(const NewResult&) = delete;
   ~NewResult() { delete result_; }
@@ -72,13 +87,24 @@ class NewResult {
   /// Marks the result dispensable and gives it to the caller.
   [[nodiscard]] K& hand_over() noexcept {
     Access::mark_dispensable(*result_);
-    return *std::exchange(result_, nullptr);
+    return *release();
   }
 
+  K* release() noexcept { return std::exchange(result_, nullptr); }
+
  private:
+  explicit NewResult(K* result) noexcept : result_(result) {}
+
   template <class... Args>
   static K* make(Args&&... args) {
-    if constexpr (is_dense<K>) {
+    if constexpr (is_dense<K> && sizeof...(Args) == 0) {
+      static_assert(std::is_nothrow_default_constructible_v<K>);
+      try {
+        return new K;
+      } catch (const std::bad_alloc&) {
+        FailToAllocate();
+      }
+    } else if constexpr (is_dense<K>) {
       // never all ways: constructors allocate by code, so none fails halfway
       K* p = new (std::nothrow) K(std::forward<Args>(args)...);
       if (p == nullptr) TestNULL(p, code::allocate);

@@ -14,7 +14,7 @@ bool TookOver(K& target, K& source) {
   if (!source.dispensable() || !Usable(target, source)) return false;
   Access::swap_state(target, source);
   Access::swap_storage(target, source);
-  source.DestroyIfDispensable();
+  DestroyEmptied(source);
   return true;
 }
 
@@ -46,15 +46,16 @@ K& Negated(K& a) {
     a.Negate();
     return a;
   }
-  NewResult<K> result;
   if constexpr (is_dense<K>) {
-    SizeForResult(*result, a.nrows(), a.ncols());
+    auto result = NewResult<K>::sized(a.nrows(), a.ncols());
     result->set_nsing(a.nsing());
     kernels().negate(result->data(), a.data(), StoredIn(a));
+    return result.hand_over();
   } else {
+    NewResult<K> result;
     result->Copy(a, true);
+    return result.hand_over();
   }
-  return result.hand_over();
 }
 
 }  // namespace quorvel::detail

@@ -20,10 +20,11 @@ namespace quorvel::detail {
 double* NewDoubles(std::uint64_t count) {
   if (count >= max_doubles) throw std::bad_array_new_length();
   if (count == 0) return nullptr;
-  // never all ways: the count fits, which the language asks
-  double* p = new (std::nothrow) double[static_cast<std::size_t>(count)];
-  if (p == nullptr) TestNULL(p, code::allocate);
-  return p;
+  try {
+    return new double[static_cast<std::size_t>(count)];  // never all ways: the count fits, which the language asks
+  } catch (const std::bad_alloc&) {
+    FailToAllocate();
+  }
 }
 
 void RequireSize(std::uint64_t a, std::uint64_t b) {
@@ -79,6 +80,8 @@ SingleArrayMatrix& SingleArrayMatrix::operator=(SingleArrayMatrix&& source) noex
   return *this;
 }
 
+// The base class ends here, too, so that it costs no call.
+Matrix::~Matrix() = default;
 SingleArrayMatrix::~SingleArrayMatrix() { delete[] array_; }
 
 void SingleArrayMatrix::SwapArray(SingleArrayMatrix& other) noexcept {

@@ -24,6 +24,22 @@ index_t StoredIn(const K& a) noexcept {
   return static_cast<index_t>(DoublesFor<K>(a.nrows(), a.ncols()));
 }
 
+template <class K>
+void SetExtent(K& a, index_t rows, index_t cols) noexcept {
+  if constexpr (std::is_same_v<K, RegularMatrix>) {
+    Access::set_size(a, rows, cols);
+  } else {
+    Access::set_order(a, rows);
+  }
+}
+
+/// Gives a matrix without an array one for that size, of at least one double.
+template <class K>
+void GiveArray(K& result, index_t rows, index_t cols, std::uint64_t count) {
+  Access::set_array(result, NewDoubles(count), static_cast<index_t>(count));
+  SetExtent(result, rows, cols);
+}
+
 /// SetSize(rows, cols, false) for a result whose every stored double is written next: a first array is not cleared.
 template <class K>
 void SizeForResult(K& result, index_t rows, index_t cols) {
@@ -32,16 +48,8 @@ void SizeForResult(K& result, index_t rows, index_t cols) {
     if (result.nrows() == rows && result.ncols() == cols) return;
     const std::uint64_t count = DoublesFor<K>(rows, cols);
     if (result.capacity() == 0 && count != 0 && (!square || rows == cols)) {
-      if constexpr (square) {
-        Access::set_order(result, 0);
-        Access::set_array(result, NewDoubles(count), static_cast<index_t>(count));
-        Access::set_order(result, rows);
-      } else {
-        Access::set_size(result, 0, 0);
-        Access::set_array(result, NewDoubles(count), static_cast<index_t>(count));
-        Access::set_size(result, rows, cols);
-      }
-      return;
+      SetExtent(result, 0, 0);
+      return GiveArray(result, rows, cols, count);
     }
   }
   result.SetSize(rows, cols, false);

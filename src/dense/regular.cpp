@@ -7,11 +7,14 @@
 #include "core/same_kind.h"
 #include "core/storage.h"
 #include "dense/block.h"
+#include "dense/new_dense.h"
 #include "factor/templates.h"
 
 namespace detail = quorvel::detail;
 
 static_assert(sizeof(void*) != 4 || sizeof(RegularMatrix) == 28);
+
+template RegularMatrix* detail::NewDense<RegularMatrix>(detail::index_t rows, detail::index_t cols);
 
 RegularMatrix::RegularMatrix() noexcept : SingleArrayMatrix(regular), m_(0), n_(0) {}
 

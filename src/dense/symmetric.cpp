@@ -6,6 +6,7 @@
 #include "core/ownership.h"
 #include "core/same_kind.h"
 #include "dense/block.h"
+#include "dense/new_dense.h"
 #include "factor/templates.h"
 
 namespace detail = quorvel::detail;

@@ -30,16 +30,17 @@ K& Scaled(K& a, double s) {
     a.Mult(a, s);
     return a;
   }
-  detail::NewResult<K> result;
   if constexpr (detail::is_dense<K>) {
-    detail::SizeForResult(*result, a.nrows(), a.ncols());
+    auto result = detail::NewResult<K>::sized(a.nrows(), a.ncols());
     result->set_nsing(a.nsing());
     detail::ScaleDoubles(result->data(), s, a.data(), detail::StoredIn(a));
+    return result.hand_over();
   } else {
+    detail::NewResult<K> result;
     result->Copy(a, false);
     result->Mult(*result, s);
+    return result.hand_over();
   }
-  return result.hand_over();
 }
 
 }  // namespace

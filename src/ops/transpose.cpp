@@ -33,8 +33,7 @@ RegularMatrix& transpose(RegularMatrix& A, RegularMatrix* out) {
   RequireOk(A, code::transpose_regular);
   if (out == nullptr && A.dispensable()) out = &A;
   if (out == nullptr) {
-    NewResult<RegularMatrix> result;
-    SizeForResult(*result, A.ncols(), A.nrows());
+    auto result = NewResult<RegularMatrix>::sized(A.ncols(), A.nrows());
     TransposeInto(A.data(), A.nrows(), A.ncols(), result->data());
     return result.hand_over();
   }
