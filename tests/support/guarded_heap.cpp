@@ -62,8 +62,7 @@ Side Asked() noexcept {
 }
 
 void* Allocate(std::size_t size, std::size_t alignment, Side side) noexcept {
-  const std::size_t natural = size & (~size + 1);  // the largest power of two that divides it
-  if (natural < alignment && alignment <= alignof(std::max_align_t)) alignment = natural;
+  if (alignment <= alignof(std::max_align_t)) alignment = size % 16 == 0 ? alignof(std::max_align_t) : 8;
   if (size > SIZE_MAX / 2) return nullptr;
   const std::size_t room = (size + alignment - 1) / alignment * alignment;
   const std::size_t pages = (room + Page() - 1) / Page();

@@ -16,8 +16,8 @@ enum class Side { kNone, kBegin, kEnd };
 // What the environment asks for.
 Side Asked() noexcept;
 
-// Null when there is no memory. `size` is positive; `alignment` at most that of a page. A block that touches its end
-// guard is aligned as an object of its size can ask for: to 8 bytes only, when the size is an odd multiple of 8.
+// Null when there is no memory. `size` is positive; `alignment` at most that of a page. For the sake of the guard a block
+// is aligned to 8 bytes only when its size is no multiple of 16; of sizes that are no multiple of 8 a few bytes are left.
 void* Allocate(std::size_t size, std::size_t alignment, Side side) noexcept;
 void Release(void* block) noexcept;
 
