@@ -1,8 +1,10 @@
 # Kernel sources named after an instruction set are built with that set's flags, and only for
 # processors that have it. Every other source is built for the baseline of the platform.
 
-# The register tiles need their loops unrolled, which -O2 does not do. Whoever chose a lower level gets that.
-set(quorvel_kernel_optimise $<$<CONFIG:Release>:-O3>)
+# The register tiles need their loops unrolled, which -O2 does not do. Whoever chose a lower level gets that. What the
+# compiler would make vectors of besides is short, and sooner done by elements. A root need not set errno, so it is the
+# instruction alone.
+set(quorvel_kernel_optimise "$<$<CONFIG:Release>:-O3>;-fno-tree-vectorize;-fno-tree-slp-vectorize;-fno-math-errno")
 if(CMAKE_CXX_FLAGS_RELEASE MATCHES "-O[01s]")
   set(quorvel_kernel_optimise "")
 endif()

@@ -57,7 +57,7 @@ void ClearSingular(CholeskyPanel& panel, index_t c) noexcept {
 /// The factor in the place of A's lower triangle, a panel of columns at a time. Returns the number of singular pivots.
 Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
   const index_t n = panel.order;
-  const index_t width = n <= most_columns ? most_columns : kernels().cholesky_columns;
+  const index_t width = kernels().cholesky_columns;
   Matrix::nsing_type singular = 0;
   for (panel.first = 0; panel.first < n; panel.first += width) {
     panel.count = n - panel.first < width ? n - panel.first : width;
@@ -74,7 +74,8 @@ Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
 /// multiplied with the root's reciprocal. Returns the number of singular pivots.
 Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool divide, double tolerance) noexcept {
   const index_t n = lower.ndim();
-  if (n > most_columns && n <= few_columns) {
+  if (n == 0) return 0;
+  if (n <= few_columns) {
     return static_cast<Matrix::nsing_type>(kernels().cholesky_few(lower.data(), a, n, divide, tolerance));
   }
   if (a != lower.data()) CopyDoubles(lower.data(), a, packed_count(n));
@@ -91,7 +92,11 @@ Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool 
 Matrix::nsing_type FactorLower(LowerTriangularMatrix& lower, SymmetricMatrix& a, double tol, const char* signature) {
   const double* const from = MakeRoom(lower, a);
   const index_t n = lower.ndim();
-  for (index_t j = 0; j < n; ++j) RequireNotNegative(from[packed_row(j, n)], signature);
+  const double* pivot = from;
+  for (index_t left = n; left > 0; --left) {
+    RequireNotNegative(*pivot, signature);
+    pivot += left;
+  }
   return FactorOf(lower, from, false, tol);
 }
 

@@ -23,6 +23,7 @@ SymmetricMatrix& SquareOfInverse(LowerTriangularMatrix& L) {
   double* const x = scratch.data();
   const Matrix::nsing_type singular = InvertDiagonal(L.data(), n);
   InvertPanels(L.data(), n, x, [&](index_t first, index_t count) noexcept {
+    if (first + count < n) kernels().store_columns(L.data(), n, first, count, x);  // for the panels to come
     kernels().square_columns(S->data(), L.data(), n, first, count, x);
   });
   S->set_nsing(singular);

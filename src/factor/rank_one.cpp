@@ -10,19 +10,9 @@
 namespace quorvel::detail {
 namespace {
 
-/// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j. The products x*a are formed for a block of i at a time.
+/// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j.
 void UpdateSymmetric(double* p, index_t n, const double* x, double a) noexcept {
-  constexpr index_t block = 128;
-  double t[block];
-  for (index_t first = 0; first < n; first += block) {
-    const index_t count = n - first < block ? n - first : block;
-    for (index_t i = 0; i < count; ++i) t[i] = x[first + i] * a;
-    const kernel_offset step = static_cast<kernel_offset>(n) - 1;
-    kernels().add_outer({p + first, step, 1, Form::by_rows, Shape::full}, first, count, x, t);
-    double* const square = p + packed_row(first, n);
-    const kernel_offset left = step - static_cast<kernel_offset>(first);
-    kernels().add_outer({square, left, 1, Form::by_rows, Shape::upper}, count, count, x + first, t);
-  }
+  kernels().add_outer({p, static_cast<kernel_offset>(n) - 1, 1, Form::by_rows, Shape::upper}, n, n, x, x, a);
 }
 
 void Update(SymmetricMatrix& A, const double* x, const double*, double a) noexcept {

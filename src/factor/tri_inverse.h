@@ -35,8 +35,8 @@ inline void RequireInvertibleOrder(index_t n) {
 /// Reciprocals of the diagonal; row and column of a pivot that does not pass become 0.0. Returns their number.
 inline Matrix::nsing_type InvertDiagonal(double* t, index_t n) noexcept {
   Matrix::nsing_type singular = 0;
-  for (index_t i = 0; i < n; ++i) {
-    double* const row = t + packed_row(i, n);
+  double* row = t;
+  for (index_t i = 0; i < n; row += n - i, ++i) {
     if (PivotPasses(row[0])) {
       row[0] = 1.0 / row[0];
       continue;
@@ -58,15 +58,14 @@ class PanelScratch {
   WorkArea<7 + 128 * widest_panel> panel_;
 };
 
-/// Replaces a packed triangle with inverted diagonal by its inverse. each(first, count) is called for every panel of
-/// columns, which is then in place and in x.
+/// The inverse of a packed triangle with inverted diagonal. each(first, count) is called for every panel of columns,
+/// which is then in x; it may take the place of the triangle's columns.
 template <class Each>
 void InvertPanels(double* t, index_t n, double* x, Each each) noexcept {
   const index_t width = kernels().panel_columns;
   for (index_t first = 0; first < n; first += width) {
     const index_t count = n - first < width ? n - first : width;
     kernels().invert_columns(t, n, first, count, x);
-    kernels().store_columns(t, n, first, count, x);
     each(first, count);
   }
 }
@@ -74,7 +73,8 @@ void InvertPanels(double* t, index_t n, double* x, Each each) noexcept {
 /// Replaces a packed triangle by its inverse; returns the number of pivots that were singular.
 inline Matrix::nsing_type InvertTriangle(double* t, index_t n, PanelScratch& scratch) noexcept {
   const Matrix::nsing_type singular = InvertDiagonal(t, n);
-  InvertPanels(t, n, scratch.data(), [](index_t, index_t) noexcept {});
+  double* const x = scratch.data();
+  InvertPanels(t, n, x, [&](index_t first, index_t count) noexcept { kernels().store_columns(t, n, first, count, x); });
   return singular;
 }
 

@@ -46,6 +46,7 @@ TEST(LineKernels, SumsOfLinesAndOuterProducts) {
       const std::vector<double> lines = Line(stride * (terms + 1), pattern, random);
       const std::vector<double> x = Line(terms + 1, pattern, random);
       const std::vector<double> y = Line(count + 9, pattern, random);  // nine more, which must stay
+      const double factor = x[terms];
       std::vector<double> fresh(y), on(y), expected_fresh(y), expected_on(y);
       std::vector<double> target(lines), expected_target(lines);
       for (unsigned i = 0; i < count; ++i) {
@@ -56,7 +57,7 @@ TEST(LineKernels, SumsOfLinesAndOuterProducts) {
           expected_on[i] += x[k] * line[i];
         }
         for (unsigned k = 0; k < terms; ++k) {
-          if (i >= k) expected_target[k * stride + i] += x[k] * y[i];
+          if (i >= k) expected_target[k * stride + i] += x[k] * (y[i] * factor);
         }
       }
       const auto step = static_cast<quorvel::detail::kernel_offset>(stride);
@@ -64,7 +65,8 @@ TEST(LineKernels, SumsOfLinesAndOuterProducts) {
       kernels().sum_lines(on.data(), count, x.data(), terms, lines.data(), step, 1, true);
       using quorvel::detail::Form;
       using quorvel::detail::Shape;
-      kernels().add_outer({target.data(), step, 0, Form::by_rows, Shape::upper}, terms, count, x.data(), y.data());
+      kernels().add_outer({target.data(), step, 0, Form::by_rows, Shape::upper}, terms, count, x.data(), y.data(),
+                          factor);
       EXPECT_TRUE(SameBits(fresh.data(), expected_fresh.data(), fresh.size())) << Name(pattern) << " " << count;
       EXPECT_TRUE(SameBits(on.data(), expected_on.data(), on.size())) << Name(pattern) << " " << count;
       EXPECT_TRUE(SameBits(target.data(), expected_target.data(), target.size())) << Name(pattern) << " " << count;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <new>
+#include <string>
 
 #include "quorvel/quorvel.h"
 #include "support/digest.h"
@@ -243,6 +244,19 @@ TEST(CholeskyDense, DispensableOperandGivesItsStorage) {
     EXPECT_TRUE(SameBits(L.data(), expected.data(), L.StoredCount()));
     EXPECT_EQ(L.nsing(), 0);
     L.DestroyIfDispensable();
+  }
+}
+
+// In place too, what follows a singular pivot begins with the columns that are finished.
+TEST(CholeskyDense, SingularDispensableOperand) {
+  Random random(511);
+  for (unsigned trial = 0; trial < 300; ++trial) {
+    const RankSample sample = SampleOfKnownRank(1 + trial % 12, random);
+    const SymmetricMatrix A(SymmetricOf(sample.a));
+    const Factor expected = RowByRow(sample.a, 1e-12);
+    const LowerTriangularMatrix L(CholeskyFactor(DispensableCopy(A), 1e-12));
+    ExpectSameValues(GridOf(L), expected.l, ("trial " + std::to_string(trial)).c_str());
+    EXPECT_EQ(L.nsing(), sample.zeros) << "trial " << trial;
   }
 }
 

@@ -65,7 +65,7 @@ inline constexpr kernel_index few_columns = 56;
 inline constexpr kernel_index unit_strip = 64;
 
 /// Neighbouring columns of a Cholesky factor. Column k of the lower triangle is line k of the packed array.
-inline constexpr kernel_index most_columns = 9;
+inline constexpr kernel_index most_columns = 8;
 struct CholeskyPanel {
   double* packed;
   kernel_index order;
@@ -130,8 +130,8 @@ struct Kernels {
   void (*sum_lines)(double* s, kernel_index count, const double* x, kernel_index terms, const double* first,
                     kernel_offset step, kernel_offset shrink, bool accumulate);
 
-  /// c(i, j) += x[i] * y[j], rows x cols elements of a c by rows, full or upper; no overlap.
-  void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y);
+  /// c(i, j) += x[i] * (y[j] * a), rows x cols elements of a c by rows, full or upper; no overlap with c.
+  void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y, double a);
 
   /// y[k] = (y[k] - s[k]) / d.
   void (*finish_line)(double* y, const double* s, double d, kernel_index count);
@@ -174,7 +174,7 @@ struct Kernels {
   void (*orthogonalise)(double* u, double* d, kernel_index n, double* lines, kernel_index stride, kernel_index count,
                         const double* weights, double smallest, double* scratch);
 
-  /// The Cholesky factor l of an order of at most few_columns; l and a are packed lower triangles, maybe the same. When
+  /// The Cholesky factor l of an order of 1 to few_columns; l and a are packed lower triangles, maybe the same. When
   /// not dividing by the pivots' roots, but multiplying by their reciprocals, a pivot less than |tolerance * a(j, j)| is
   /// singular, and its row and column 0.0. Returns how many are.
   kernel_index (*cholesky_few)(double* l, const double* a, kernel_index order, bool divide, double tolerance);
