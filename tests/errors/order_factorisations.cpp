@@ -31,9 +31,7 @@ TEST(OrderOfChecks, UDMeasurementUpdate) {
 TEST(OrderOfChecks, UDTimeUpdate) {
   ExpectOrder({"UDTimeUpdate",
                [](Operands& o) { o.Add<U>(3u).Add<D>(3u).Add<R>(3u, 3u).Add<R>(3u, 2u).Add<D>(2u); },
-               [](Operands& o) {
-                 UDTimeUpdate(o.get<U>(0), o.get<D>(1), o.get<R>(2), o.get<R>(3), o.get<D>(4));
-               },
+               [](Operands& o) { UDTimeUpdate(o.get<U>(0), o.get<D>(1), o.get<R>(2), o.get<R>(3), o.get<D>(4)); },
                {NotOk(0, 50000), NotOk(1, 50000), NotOk(2, 50000), NotOk(3, 50000), NotOk(4, 50000),
                 Sized(1, 2, 2, 40000), Sized(2, 3, 4, 40000), Sized(3, 2, 2, 40000), Sized(4, 1, 1, 40000)},
                kAll,
@@ -132,6 +130,15 @@ TEST(OrderOfChecks, Inverse) {
                  [](Operands& o) { o.Add<RS>(4u, 4u); },
                  [=](Operands& o) { Release(inv(o.get<RS>(0), in_place)); },
                  {NotOk(0, 50940), Sized(0, 2, 3, 40900)}});
+    const auto empty = [](Operands& o) { o.Add<RS>(4u, 4u).get<RS>(0).Clear(); };
+    ExpectOrder({"inv_ut",
+                 empty,
+                 [=](Operands& o) { Release(inv_ut(o.get<RS>(0), in_place)); },
+                 {NotOk(0, 50500), Sized(0, 2, 3, 40500)}});
+    ExpectOrder({"inv_lt",
+                 empty,
+                 [=](Operands& o) { Release(inv_lt(o.get<RS>(0), in_place)); },
+                 {NotOk(0, 50500), Sized(0, 3, 2, 40500)}});
     ExpectOrder({"inv2x2",
                  [](Operands& o) { o.Add<R>(2u, 2u); },
                  [=](Operands& o) { Release(inv2x2(o.get<R>(0), in_place)); },

@@ -16,7 +16,9 @@ namespace {
 constexpr unsigned kOperands = 3u << 1;  // of a call whose operand 0 is the result
 
 template <class A, class B>
-constexpr int kSumCode = kSparse<A> || kSparse<B> ? 0 : std::is_same_v<A, B> ? 340 : 280;
+constexpr int kSumCode = kSparse<A> || kSparse<B> ? 0
+                         : std::is_same_v<A, B>   ? 340
+                                                  : 280;
 
 // The operands' flags, their sizes, the result's flag. Compound forms have their target among the operands.
 struct CheckSumOrder {
@@ -91,6 +93,45 @@ TEST(OrderOfChecks, Assignments) {
   ExpectAssignmentOrder<RS, RS>(140);
   ExpectAssignmentOrder<SS, SS>(140);
   ExpectAssignmentOrder<RS, SS>(2010);
+  ExpectAssignmentOrder<RS, R>(2260);
+  ExpectAssignmentOrder<RS, S>(2260);
+  ExpectAssignmentOrder<RS, U>(2260);
+  ExpectAssignmentOrder<RS, L>(2260);
+  ExpectAssignmentOrder<RS, D>(2260);
+  ExpectAssignmentOrder<SS, S>(140);
+  ExpectAssignmentOrder<SS, D>(2260);
+}
+
+// Flags before the shape, for which the target has been emptied.
+TEST(OrderOfChecks, CopyMat) {
+  Order order{"CopyMat",
+              [](Operands& o) { o.Add<SymmetricSparseMatrix>(3u).Add<RegularMatrix>(3u, 3u); },
+              [](Operands& o) { o.get<SymmetricSparseMatrix>(0).CopyMat(o.get<RegularMatrix>(1)); },
+              {NotOk(0, 52260), NotOk(1, 52260), Sized(1, 2, 3, 40000)},
+              kAll,
+              1u << 1};
+  order.faults[0].marks = order.faults[1].marks = 1u << 0;
+  order.faults[2].changes = 1u << 0;
+  ExpectOrder(order);
+}
+
+// The dense operand is converted, and so consumed, before the sparse one is looked at.
+template <class T, class Source>
+void ExpectConversionOrder(int code) {
+  ExpectOrder({T().ClassName() + std::string(" += ") + Source().ClassName(),
+               [](Operands& o) { o.Add<T>(3u, 3u).template Add<Source>(3u, 3u); },
+               [](Operands& o) { o.get<T>(0) += o.get<Source>(1); },
+               {NotOk(1, code), NotOk(0, 50000), Sized(1, 4, 4, 40000)},
+               kAll,
+               1u << 1});
+}
+
+TEST(OrderOfChecks, SparsePlusConverted) {
+  ExpectConversionOrder<RegularSparseMatrix, RegularMatrix>(52260);
+  ExpectConversionOrder<RegularSparseMatrix, SymmetricMatrix>(52260);
+  ExpectConversionOrder<RegularSparseMatrix, UpperTriangularMatrix>(52260);
+  ExpectConversionOrder<RegularSparseMatrix, LowerTriangularMatrix>(52260);
+  ExpectConversionOrder<SymmetricSparseMatrix, SymmetricMatrix>(50140);
 }
 
 // The flag comes before sizes that no square kind can take.
@@ -138,7 +179,9 @@ void ExpectBlockOrder() {
                   CopySubMat(o.get<T>(0), block.row, 3, o.get<Source>(1), 1, 1, block.rows, 2);
                 }
               },
-              {NotOk(0, 50000), NotOk(1, 50000), {40000, kAll, [&](Operands&) { block.row = 4; }},
+              {NotOk(0, 50000),
+               NotOk(1, 50000),
+               {40000, kAll, [&](Operands&) { block.row = 4; }},
                {40000, kAll, [&](Operands&) { block.rows = 3; }}},
               kAll,
               1u << 1};
@@ -160,6 +203,38 @@ TEST(OrderOfChecks, BlockCopies) {
   ExpectBlockOrders<DiagonalMatrix>();
   ExpectBlockOrders<RegularSparseMatrix>();
   ExpectBlockOrders<SymmetricSparseMatrix>();
+}
+
+// The output takes its size before the source is looked at.
+template <class Source>
+void ExpectExtractionOrder() {
+  unsigned last = 2;
+  Order order{std::string("GetSubMat of ") + Source().ClassName(),
+              [&](Operands& o) {
+                last = 2;
+                o.Add<RegularMatrix>(1u, 1u).Add<Source>(4u, 4u);
+              },
+              [&](Operands& o) { GetSubMat(o.get<RegularMatrix>(0), o.get<Source>(1), 1, last, 0, 1); },
+              {NotOk(0, 50000), NotOk(1, 50000), {40000, kAll, [&](Operands&) { last = 4; }}},
+              kAll,
+              1u << 1};
+  order.faults[1].changes = order.faults[2].changes = 1u << 0;
+  ExpectOrder(order);
+  ExpectOrder({std::string("SubMat of ") + Source().ClassName(),
+               [&](Operands& o) {
+                 last = 2;
+                 o.Add<Source>(4u, 4u);
+               },
+               [&](Operands& o) { Release(SubMat(o.get<Source>(0), 1, last, 0, 1)); },
+               {NotOk(0, 50000), {40000, kAll, [&](Operands&) { last = 4; }}}});
+}
+
+TEST(OrderOfChecks, Extraction) {
+  ExpectExtractionOrder<RegularMatrix>();
+  ExpectExtractionOrder<SymmetricMatrix>();
+  ExpectExtractionOrder<UpperTriangularMatrix>();
+  ExpectExtractionOrder<LowerTriangularMatrix>();
+  ExpectExtractionOrder<DiagonalMatrix>();
 }
 
 }  // namespace

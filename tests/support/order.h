@@ -48,7 +48,8 @@ struct Fault {
   int code;
   unsigned destroys;  // the dispensable operands that its check takes along
   std::function<void(Operands&)> commit;
-  unsigned marks = kNone;  // operands that it leaves not ok
+  unsigned marks = kNone;    // operands that it leaves not ok
+  unsigned changes = kNone;  // operands that it leaves in another state
 };
 
 Fault NotOk(unsigned k, int code, unsigned destroys = kAll);
