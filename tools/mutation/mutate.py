@@ -8,7 +8,8 @@ BUILD is a finished Ninja build with its tests. Changed are comparisons, signs, 
 (src/ops src/sparse src/factor src/core). Only the translation units that see the change are compiled again, at -O1; the
 library takes the place of the tests' one through LD_LIBRARY_PATH. A mutant is
 
-  killed        a test program failed, crashed, or ran out of time or memory
+  killed        a test program failed, crashed, or ran out of time or memory, or a call of the test "instructions" took 5 %
+                more of them than with the unchanged library
   equivalent    the compiler made the same code of it
   not compiled  it is no valid program
   survived      every program passed; reasons of known ones are in explained.txt
@@ -131,6 +132,11 @@ class Bench:
             if program.is_file() and os.access(program, os.X_OK):
                 shutil.copy2(program, programs)
                 self.rooms.append(program.name[5:])
+        self.counter = None
+        if (tests / "instructions/instructions").exists():
+            shutil.copy2(tests / "instructions/instructions", programs / "instructions")
+            self.counter = ["bash", str(self.root / "tests/instructions/count.sh"), str(programs / "instructions"),
+                            str(self.work / "counts.txt")]
         # The internals are linked in, not loaded.
         self.internal = None
         objects = sorted((tests / "CMakeFiles/test_internal.dir").rglob("*.o"))
@@ -197,6 +203,16 @@ class Worker:
             return False
         return done.returncode == 0
 
+    def counts(self, *more):
+        """Whether the calls of the test "instructions" take no more than stored ("--record": stores what they take)."""
+        if self.bench.counter is None:
+            return True
+        environment = dict(os.environ, LD_LIBRARY_PATH=str(self.lib), TMPDIR=str(self.temporary))
+        try:
+            return run(self.bench.counter + list(more), env=environment, timeout=600).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
     def times(self, room):
         """Seconds of each test of the room, or None when it fails."""
         with tempfile.TemporaryFile("w+") as output:
@@ -236,7 +252,7 @@ class Worker:
                     for room in ("laws", "internal", "unit", "accuracy"):
                         if not self.test(room, 60, kernels=kernels):
                             return "killed", f"{room} on {kernels}"
-            return "survived", ""
+            return ("survived", "") if self.counts() else ("killed", "instructions")
         finally:
             path.write_text(original)
 
@@ -308,6 +324,8 @@ def main():
         trouble = workers[0].link({})
         if trouble is not None:
             sys.exit("the unchanged library does not link:\n" + trouble)
+        if not (workers[0].counts("--record") and workers[0].counts()):
+            sys.exit("the instructions of the unchanged library cannot be counted")
         # Each room in two parts: all its quick tests, and its slow ones. What kills most in the least time comes first.
         parts = {}
         for room in sorted(set(bench.rooms) - LEFT_OUT):
