@@ -25,7 +25,9 @@ namespace quorvel::detail {
 [[noreturn]] void FailToAllocate();
 
 /// The end of a dispensable matrix that has given away what it held.
-inline void DestroyEmptied(const Matrix& m) noexcept { delete &m; }
+inline void DestroyEmptied(const Matrix& m) noexcept {
+  delete &m;  // never all ways: the address of an object is not null
+}
 
 /// A new dense matrix of that size, whose every stored double is written next; a packed or diagonal one refuses to be
 /// oblong, as in SetSize. For operands that have passed their checks: nothing is pending.
@@ -101,7 +103,7 @@ class NewResult {
       static_assert(std::is_nothrow_default_constructible_v<K>);
       try {
         return new K;
-      } catch (const std::bad_alloc&) {
+      } catch (const std::bad_alloc&) {  // never all ways: operator new throws nothing else
         FailToAllocate();
       }
     } else if constexpr (is_dense<K>) {

@@ -22,7 +22,7 @@ double* NewDoubles(std::uint64_t count) {
   if (count == 0) return nullptr;
   try {
     return new double[static_cast<std::size_t>(count)];  // never all ways: the count fits, which the language asks
-  } catch (const std::bad_alloc&) {
+  } catch (const std::bad_alloc&) {  // never all ways: operator new throws nothing else
     FailToAllocate();
   }
 }

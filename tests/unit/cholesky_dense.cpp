@@ -233,7 +233,7 @@ TEST(CholeskyDense, CountsOfConstructedRank) {
 
 TEST(CholeskyDense, DispensableOperandGivesItsStorage) {
   Random random(504);
-  for (const unsigned n : {0u, 1u, 5u, 30u}) {
+  for (const unsigned n : {0u, 1u, 5u, 30u, 61u}) {
     const SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
     const LowerTriangularMatrix expected(CholeskyFactor(A, 1e-12));
     SymmetricMatrix& temporary = DispensableCopy(A);
@@ -262,7 +262,7 @@ TEST(CholeskyDense, SingularDispensableOperand) {
 
 TEST(CholeskyDense, RootsConsumeTheirOperand) {
   Random random(505);
-  for (const unsigned n : {0u, 1u, 5u, 30u}) {
+  for (const unsigned n : {0u, 1u, 5u, 30u, 61u}) {
     SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
     A.set_nsing(3);
     const LowerTriangularMatrix expected(CholeskySquareRootLower(A));
@@ -396,7 +396,7 @@ TEST(InverseByCholeskyDense, OrderZeroIsABadArrayLength) {
 
 TEST(InverseByCholeskyDense, ConsumesATemporary) {
   Random random(508);
-  for (const unsigned n : {1u, 4u, 30u}) {
+  for (const unsigned n : {1u, 4u, 30u, 61u}) {
     const SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
     const SymmetricMatrix expected(InverseByCholesky(A, 1e-12));
     const SymmetricMatrix inverse(InverseByCholesky(DispensableCopy(A), 1e-12));

@@ -130,7 +130,7 @@ struct Kernels {
   void (*sum_lines)(double* s, kernel_index count, const double* x, kernel_index terms, const double* first,
                     kernel_offset step, kernel_offset shrink, bool accumulate);
 
-  /// c(i, j) += x[i] * (y[j] * a), rows x cols elements of a c by rows, full or upper; no overlap with c.
+  /// c(i, j) += x[i] * (y[j] * a), the upper ones of rows x cols elements of a c by rows; no overlap with c.
   void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y, double a);
 
   /// y[k] = (y[k] - s[k]) / d.
