@@ -39,7 +39,7 @@ for architecture in "${architectures[@]}"; do
   # The build dependencies are what setup.sh installs; dpkg does not know a cross compiler as one of them.
   (cd "$tree" && quietly env DEB_BUILD_OPTIONS="parallel=$(nproc) nocheck" \
     dpkg-buildpackage --host-arch "$architecture" $what -us -uc -d)
-  mv "$packages/work-$architecture"/*.deb "$packages/work-$architecture"/*.changes "$packages/work-$architecture"/*.buildinfo "$packages/$architecture"
+  mv "$packages/work-$architecture"/*.{deb,changes,buildinfo} "$packages/$architecture"
   rm -rf "$packages/work-$architecture"
   ls -l "$packages/$architecture"/*.deb | awk '{print $5, $9}'
 
