@@ -116,3 +116,34 @@ TEST(LineKernels, ResidualsKeepWhatAProductLosesUnlessItsFactorsAreHuge) {
     EXPECT_EQ(r[count], 7.0) << count;
   }
 }
+
+// Wherever a line begins between two boundaries of the cache's lines, and in place, too.
+TEST(LineKernels, SumsAndMultiplesAtEveryBeginning) {
+  Random random(615);
+  for (const unsigned count : {0u, 1u, 7u, 8u, 31u, 32u, 63u, 64u, 65u, 100u, 127u, 128u, 135u, 150u, 301u}) {
+    for (unsigned begin = 0; begin < 9; ++begin) {
+      const std::vector<double> x = Line(count, Pattern::kSpecial, random);
+      const std::vector<double> y = Line(count, Pattern::kSpecial, random);
+      const std::vector<double> before = Line(begin + count + 9, Pattern::kSpecial, random);
+      const auto expect = [&](const char* what, auto of, auto kernel) {
+        std::vector<double> expected(before), apart(before), in_place(before);
+        for (unsigned k = 0; k < count; ++k) {
+          expected[begin + k] = of(x[k], y[k]);
+          in_place[begin + k] = x[k];
+        }
+        kernel(apart.data() + begin, x.data());
+        kernel(in_place.data() + begin, in_place.data() + begin);
+        EXPECT_TRUE(SameBits(apart.data(), expected.data(), apart.size())) << what << " " << count << " " << begin;
+        EXPECT_TRUE(SameBits(in_place.data(), expected.data(), apart.size())) << what << " " << count << " " << begin;
+      };
+      expect("sum", [](double a, double b) { return a + b; },
+             [&](double* r, const double* a) { kernels().add(r, a, y.data(), count); });
+      expect("difference", [](double a, double b) { return a - b; },
+             [&](double* r, const double* a) { kernels().subtract(r, a, y.data(), count); });
+      expect("multiple", [](double a, double) { return 2.5 * a; },
+             [&](double* r, const double* a) { kernels().scale(r, 2.5, a, count); });
+      expect("negative", [](double a, double) { return -a; },
+             [&](double* r, const double* a) { kernels().negate(r, a, count); });
+    }
+  }
+}
