@@ -3,8 +3,8 @@
 #
 # Everything that shows the library to be right, in one table: what holds, the figure that was measured, how it was
 # obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under 25
-# minutes on two processors. --long is for releases: it adds fuzzing, mutation and the long runs. Fails when a row does;
-# the table and the output of each step are left in build/prove. --docs also writes the table to docs/RELIABILITY.md.
+# minutes on two processors. --long is for releases: it adds coverage, Valgrind, fuzzing, mutation, the long runs and the
+# packages. Fails when a row does; the table and the output of each step are left in build/prove. --docs also writes the table to docs/RELIABILITY.md.
 #
 # QUORVEL_FUZZ_SECONDS (of processor time for each fuzz target) and QUORVEL_MUTANTS: others than 600 in the long form.
 set -euo pipefail
@@ -96,17 +96,14 @@ step writes build/release/tests/test_failure --gtest_filter='WriteFailure.*'
 row "Every write of the text forms fails in turn; nothing crashes or leaks" \
   "$(first "$logs/writes" '.*PASSED. *\] ([0-9]+ tests).*/\1')" "\`tests/failure/write_failure.cpp\`"
 
-# --- Coverage and memory ------------------------------------------------------------------------------------------------
-
-step coverage scripts/coverage.sh "${no_install[@]}"
-row "Lines of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^lines: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
-row "Branches of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^branches: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
-step valgrind scripts/valgrind.sh "${no_install[@]}"
-row "Valgrind finds nothing in the suite" "$(first "$logs/valgrind" '^([0-9]+ rooms, no finding)/\1')" "\`scripts/valgrind.sh\`"
-
 # --- For releases -------------------------------------------------------------------------------------------------------
 
 if [ $long = yes ]; then
+  step coverage scripts/coverage.sh "${no_install[@]}"
+  row "Lines of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^lines: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
+  row "Branches of \`src/\` that the suite reaches" "$(first "$logs/coverage" '^branches: (.*)/\1')" "\`scripts/coverage.sh\` (gcov)"
+  step valgrind scripts/valgrind.sh "${no_install[@]}"
+  row "Valgrind finds nothing in the suite" "$(first "$logs/valgrind" '^([0-9]+ rooms, no finding)/\1')" "\`scripts/valgrind.sh\`"
   step fuzz scripts/fuzz.sh "$fuzz_seconds"
   row "Fuzzing finds nothing: operation sequences, text output, the simplex routine, RINEX files" \
     "$(sed -n 's/^fuzz_\([a-z]*: [0-9]* inputs in [0-9]* s\).*/\1/p' "$logs/fuzz" | paste -sd ';')" "\`scripts/fuzz.sh $fuzz_seconds\`"
