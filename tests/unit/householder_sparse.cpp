@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -64,6 +65,30 @@ TEST(HouseholderSparse, EqualsTheDenseTransformation) {
         Compare(Sample(n + surplus, n, one_in, false, random));
         Compare(Sample(n + surplus, n, one_in, true, random));
       }
+    }
+  }
+}
+
+// A triangle has nothing to reflect: not even an infinity beside a pivot is touched (a product with 0.0 would make it NaN).
+TEST(HouseholderSparse, ATriangleStaysWhatItIs) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  for (const unsigned n : {2u, 5u, 33u, 70u}) {
+    Grid g(n + 3, n);
+    for (unsigned i = 0; i < n; ++i) {
+      for (unsigned j = i; j < n; ++j) g(i, j) = j == i + 1 && i % 2 == 0 ? infinity : i + 2.0 * j + 1.0;
+    }
+    RegularMatrix dense(RegularOf(g));
+    HouseholderTransformation(dense, true);
+    RegularSparseMatrix sparse(SparseOf(g));
+    HouseholderTransformation(sparse, true);
+    for (unsigned i = 0; i < n; ++i) {
+      for (unsigned j = i + 1; j < n; ++j) {
+        EXPECT_EQ(dense(i, j), g(i, j)) << n << ": " << i << ", " << j;
+        EXPECT_EQ(std::as_const(sparse)(i, j), g(i, j)) << n << ": " << i << ", " << j;
+      }
+      const double diagonal = i % 2 == 0 ? g(i, i) : 0.0;  // beside a column without end every pivot is as good as none
+      EXPECT_EQ(dense(i, i), diagonal) << n << ": " << i;
+      EXPECT_EQ(std::as_const(sparse)(i, i), diagonal) << n << ": " << i;
     }
   }
 }
