@@ -79,6 +79,31 @@ TEST(LongCongruences, FollowTheirSums) {
   }
 }
 
+// Q is full, and so long that the sums over it are formed in several steps.
+TEST(LongCongruences, WithAFullMatrix) {
+  const unsigned m = 1100, n = 27;
+  const Observations a(m, n);
+  SymmetricMatrix q(m);
+  for (unsigned k = 0; k < q.StoredCount(); ++k) q.data()[k] = Value(k + 11);
+  const SymmetricMatrix by_columns(ATPA(a.by_columns, q)), by_rows(AQAT(a.by_rows, q));
+  for (const unsigned i : {0u, 25u}) {
+    std::vector<double> w(m, 0.0);
+    for (unsigned t = 0; t < m; ++t) {  // ascending for every element
+      for (unsigned k = 0; k < m; ++k) {
+        const unsigned line = k < t ? k : t, along = k < t ? t : k;
+        w[k] += q.data()[line * m - line * (line + 1) / 2 + along] * a.by_rows.data()[i * m + t];
+      }
+    }
+    unsigned wrong = 0;
+    for (unsigned j = i; j < n; ++j) {
+      double sum = 0.0;
+      for (unsigned t = 0; t < m; ++t) sum += a.by_rows.data()[j * m + t] * w[t];
+      if (!SameBits(by_columns(i, j), sum) || !SameBits(by_rows(i, j), sum)) ++wrong;
+    }
+    EXPECT_EQ(wrong, 0u) << i;
+  }
+}
+
 // No more scratch than the operand with few unknowns, and 8 lines of it with many.
 TEST(LongCongruences, LittleScratch) {
   const unsigned m = 5000;
