@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "quorvel/quorvel.h"
 #include "support/digest.h"
@@ -174,6 +175,26 @@ TEST(UDFactorDense, LargeOrders) {
       EXPECT_EQ(U.nsing(), expected.singular);
       UDDecomposition(U, D, SymmetricOf(p));
       ExpectFactors(U, D, FactorsOf(p, true), Name(family));
+    }
+  }
+}
+
+// A column without a pivot takes no part in the sums: not as zero times its infinite neighbour either.
+TEST(UDFactorDense, InfiniteFactorsBesideAColumnWithoutPivot) {
+  Random random(545);
+  UpperTriangularMatrix U;
+  DiagonalMatrix D;
+  for (const unsigned n : {3u, 4u, 9u, 24u, 70u}) {
+    for (unsigned j = 1; j + 1 < n; ++j) {
+      Grid p = SymmetricSample(Family::kDefinite, n, random);
+      for (unsigned k = 0; k < n; ++k) p(j, k) = p(k, j) = 0.0;
+      p(j - 1, j + 1) = p(j + 1, j - 1) = std::numeric_limits<double>::infinity();
+      UDFactor(U, D, SymmetricOf(p));
+      const Factors expected = FactorsOf(p, false);
+      EXPECT_EQ(expected.d[j], 0.0);
+      EXPECT_EQ(expected.d[j - 1], -std::numeric_limits<double>::infinity());
+      ExpectFactors(U, D, expected, "infinite");
+      EXPECT_EQ(U.nsing(), expected.singular);
     }
   }
 }

@@ -271,14 +271,26 @@ class Worker:
         return None
 
 
-def explained_reasons():
-    """(file, text of the line, change) -> reason."""
+def explained_reasons(everything, plain):
+    """(file, site) -> reason. One line of explained.txt speaks of one site: one that speaks of none, or of several, ends
+    the run."""
+    named = {}
+    for mutant in everything:
+        _, text, change = place(mutant, plain)
+        named.setdefault((mutant[0], text, change), []).append(mutant)
+    files = {mutant[0] for mutant in everything}
     reasons = {}
-    path = Path(__file__).with_name("explained.txt")
-    for line in path.read_text().splitlines() if path.exists() else []:
-        if line.strip() and not line.startswith("#"):
-            file, text, change, reason = (part.strip() for part in line.split(" | ", 3))
-            reasons[file, text, change] = reason
+    for line in Path(__file__).with_name("explained.txt").read_text().splitlines():
+        if not line.strip() or line.startswith("#"):
+            continue
+        file, text, change, reason = (part.strip() for part in line.split(" | ", 3))
+        change, _, number = change.partition(" #")
+        if file not in files and (plain / file).exists():
+            continue  # of a folder that is left alone
+        same = named.get((file, text, change), [])
+        if not (0 < int(number) <= len(same) if number else len(same) == 1):
+            sys.exit(f"explained.txt: {len(same)} places are described by {line}")
+        reasons[same[int(number or 1) - 1]] = reason
     return reasons
 
 
@@ -309,6 +321,7 @@ def main():
                 if path.suffix in (".cpp", ".h", ".inc"):
                     file = str(path.relative_to(plain))
                     everything += [(file, site) for site in mutants.sites(path.read_text())]
+        reasons = explained_reasons(everything, plain)
         chosen = list(everything)
         if options.again:
             wanted = {tuple(line.split("\t")[1:3]) for line in options.again.read_text().splitlines()
@@ -341,7 +354,6 @@ def main():
         print("parts: " + ", ".join(f"{room} ({which}) {part[1]:.1f} s" for (room, which), part in parts.items()),
               flush=True)
 
-        reasons = explained_reasons()
         counts = {"killed": 0, "survived": 0, "equivalent": 0, "not compiled": 0}
         known = 0
         lock = threading.Lock()
@@ -361,7 +373,7 @@ def main():
                     if by == " ".join(part):
                         parts[part][2] += 1.0
             where, text, change = place(mutant, plain)
-            reason = reasons.get((mutant[0], text, change))
+            reason = reasons.get(mutant)
             with lock:
                 free.append(worker)
                 counts[verdict] += 1
