@@ -76,8 +76,14 @@ class NewResult {
   template <class... Args>
   explicit NewResult(Args&&... args) : result_(make(std::forward<Args>(args)...)) {}
 
-  /// A dense result of that size, not filled.
-  static NewResult sized(Matrix::size_type rows, Matrix::size_type cols) { return NewResult(NewDense<K>(rows, cols)); }
+  /// A result of that size: a dense one is not filled, a sparse one is empty.
+  static NewResult sized(Matrix::size_type rows, Matrix::size_type cols) {
+    if constexpr (is_dense<K>) {
+      return NewResult(NewDense<K>(rows, cols));
+    } else {
+      return NewResult(rows, cols);
+    }
+  }
 
   NewResult(const NewResult&) = delete;
   NewResult& operator=(const NewResult&) = delete;

@@ -26,16 +26,9 @@ void Prepare(R& result, unsigned rows, unsigned cols) {
 template <class R, class A, class B, class Fill>
 R& NewProduct(const A& a, const B& b, unsigned rows, unsigned cols, Fill fill) {
   const Consumed operands(a, b);
-  if constexpr (is_dense<R>) {
-    auto result = NewResult<R>::sized(rows, cols);
-    fill(*result);
-    return result.hand_over();
-  } else {
-    NewResult<R> result;
-    Prepare(*result, rows, cols);
-    fill(*result);
-    return result.hand_over();
-  }
+  auto result = NewResult<R>::sized(rows, cols);
+  fill(*result);
+  return result.hand_over();
 }
 
 /// Fills `result`. When it is an operand, the product is formed aside and swapped in, and the operand survives: but it

@@ -67,16 +67,6 @@ R* Reusable([[maybe_unused]] const A& a) noexcept {
   return nullptr;
 }
 
-/// A new result: a dense one is sized at once, a sparse one by the method.
-template <class R>
-NewResult<R> NewSum([[maybe_unused]] index_t rows, [[maybe_unused]] index_t cols) {
-  if constexpr (is_dense<R>) {
-    return NewResult<R>::sized(rows, cols);
-  } else {
-    return NewResult<R>();
-  }
-}
-
 /// The sums of one row of the table, Code being what their check adds its offset to.
 template <class Op, class Method, int Code>
 struct Sum {
@@ -100,7 +90,7 @@ struct Sum {
       held.release(*reused);
       return *reused;
     }
-    auto fresh = NewSum<R>(a.nrows(), a.ncols());
+    auto fresh = NewResult<R>::sized(a.nrows(), a.ncols());
     Method::template run<Op>(*fresh, a, b);
     fresh->set_nsing(-1);
     return fresh.hand_over();
