@@ -11,13 +11,9 @@ namespace quorvel::detail {
 namespace {
 
 /// Row j of the packed array: (i, j) += (x(i)*a)*x(j), i >= j.
-void UpdateSymmetric(double* p, index_t n, const double* x, double a) noexcept {
-  kernels().add_outer({p, static_cast<kernel_offset>(n) - 1, 1, Form::by_rows, Shape::upper}, n, n, x, x, a);
-}
+void Update(SymmetricMatrix& A, const double* x, double a) noexcept { kernels().rank_one(A.data(), A.ndim(), x, a); }
 
-void Update(SymmetricMatrix& A, const double* x, const double*, double a) noexcept {
-  UpdateSymmetric(A.data(), A.ndim(), x, a);
-}
+void Update(SymmetricMatrix& A, const double* x, const double*, double a) noexcept { Update(A, x, a); }
 
 void Update(RegularMatrix& A, const double* x, const double* y, double a) noexcept {
   const index_t n = A.ncols();
@@ -106,7 +102,7 @@ namespace detail = quorvel::detail;
 
 void RankOneUpdate(SymmetricMatrix& P, const double* v, double a) {
   P.ThrowNotOk(detail::code::rank_one);
-  detail::UpdateSymmetric(P.data(), P.ndim(), v, a);
+  detail::Update(P, v, a);
 }
 
 void RankOneUpdate(SymmetricMatrix& A, const RegularMatrix& x, const RegularMatrix& y, double a) {

@@ -37,18 +37,16 @@ TEST(LineKernels, MultiplesOfALine) {
   }
 }
 
-TEST(LineKernels, SumsOfLinesAndOuterProducts) {
+TEST(LineKernels, SumsOfLines) {
   Random random(612);
   for (unsigned count = 1; count <= 70; count += count < 20 ? 1 : 7) {
     for (const Pattern pattern : kAllPatterns) {
       const unsigned terms = count % 6;
       const unsigned stride = count + 3;
       const std::vector<double> lines = Line(stride * (terms + 1), pattern, random);
-      const std::vector<double> x = Line(terms + 1, pattern, random);
+      const std::vector<double> x = Line(terms, pattern, random);
       const std::vector<double> y = Line(count + 9, pattern, random);  // nine more, which must stay
-      const double factor = x[terms];
       std::vector<double> fresh(y), on(y), expected_fresh(y), expected_on(y);
-      std::vector<double> target(lines), expected_target(lines);
       for (unsigned i = 0; i < count; ++i) {
         expected_fresh[i] = 0.0;
         const double* line = lines.data();
@@ -56,20 +54,30 @@ TEST(LineKernels, SumsOfLinesAndOuterProducts) {
           expected_fresh[i] += x[k] * line[i];
           expected_on[i] += x[k] * line[i];
         }
-        for (unsigned k = 0; k < terms; ++k) {
-          if (i >= k) expected_target[k * stride + i] += x[k] * (y[i] * factor);
-        }
       }
       const auto step = static_cast<quorvel::detail::kernel_offset>(stride);
       kernels().sum_lines(fresh.data(), count, x.data(), terms, lines.data(), step, 1, false);
       kernels().sum_lines(on.data(), count, x.data(), terms, lines.data(), step, 1, true);
-      using quorvel::detail::Form;
-      using quorvel::detail::Shape;
-      kernels().add_outer({target.data(), step, 0, Form::by_rows, Shape::upper}, terms, count, x.data(), y.data(),
-                          factor);
       EXPECT_TRUE(SameBits(fresh.data(), expected_fresh.data(), fresh.size())) << Name(pattern) << " " << count;
       EXPECT_TRUE(SameBits(on.data(), expected_on.data(), on.size())) << Name(pattern) << " " << count;
-      EXPECT_TRUE(SameBits(target.data(), expected_target.data(), target.size())) << Name(pattern) << " " << count;
+    }
+  }
+}
+
+TEST(LineKernels, RankOneUpdates) {
+  Random random(614);
+  for (unsigned order = 0; order <= 70; order += order < 20 ? 1 : 7) {
+    for (const Pattern pattern : kAllPatterns) {
+      const double factor = Line(1, pattern, random).front();
+      const std::vector<double> x = Line(order, pattern, random);
+      std::vector<double> p = Line(order * (order + 1) / 2 + 9, pattern, random);  // nine more, which must stay
+      std::vector<double> expected(p);
+      double* element = expected.data();
+      for (unsigned i = 0; i < order; ++i) {
+        for (unsigned j = i; j < order; ++j) *element++ += x[i] * (x[j] * factor);
+      }
+      kernels().rank_one(p.data(), order, x.data(), factor);
+      EXPECT_TRUE(SameBits(p.data(), expected.data(), p.size())) << Name(pattern) << " " << order;
     }
   }
 }

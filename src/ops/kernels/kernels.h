@@ -130,8 +130,8 @@ struct Kernels {
   void (*sum_lines)(double* s, kernel_index count, const double* x, kernel_index terms, const double* first,
                     kernel_offset step, kernel_offset shrink, bool accumulate);
 
-  /// c(i, j) += x[i] * (y[j] * a), the upper ones of rows x cols elements of a c by rows; no overlap with c.
-  void (*add_outer)(const Target& c, kernel_index rows, kernel_index cols, const double* x, const double* y, double a);
+  /// p(i, j) += x[i] * (x[j] * a) in a packed upper triangle; no overlap.
+  void (*rank_one)(double* p, kernel_index order, const double* x, double a);
 
   /// y[k] = (y[k] - s[k]) / d.
   void (*finish_line)(double* y, const double* s, double d, kernel_index count);
