@@ -2,11 +2,10 @@
 # usage: bench.sh [--quick] [--runs N] [--only OPERATION] [--out DIR | --docs] [--no-install]
 #
 # Measures this library beside Eigen, OpenBLAS with LAPACK, Armadillo and CHOLMOD: installs them, builds the benchmark
-# program for any processor and for this one, runs both (three times each, sparse matrices once; --quick: once, with few
-# rounds; --runs: N times), and writes DIR/PERFORMANCE.md with its tables, DIR/performance/figures.csv, and one picture per
-# operation beside it. DIR is
-# build/bench/report unless given, and docs with --docs. --only OPERATION: operations with that text in their name.
-# --no-install: name missing packages instead of installing them.
+# program for any processor and for this one, runs both (three times each, sparse matrices once; --quick: once, with
+# few rounds; --runs: N times), and writes DIR/PERFORMANCE.md with its tables, DIR/performance/figures.csv, and one
+# picture per operation beside it. DIR is build/bench/report unless given, and docs with --docs. --only OPERATION:
+# operations with that text in their name. --no-install: name missing packages instead of installing them.
 #
 # QUORVEL_KERNELS in the environment (portable, sse2, avx2, avx512) chooses our kernels.
 set -euo pipefail

@@ -2,9 +2,10 @@
 # usage: prove.sh [--short|--long] [--docs] [--no-install]
 #
 # Everything that shows the library to be right, in one table: what holds, the figure that was measured, how it was
-# obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under 25
-# minutes on two processors. --long is for releases: it adds coverage, Valgrind, fuzzing, mutation, the long runs and the
-# packages. Fails when a row does; the table and the output of each step are left in build/prove. --docs also writes the table to docs/RELIABILITY.md.
+# obtained, and the verdict (docs/RELIABILITY.md explains the rows). --short, the default, is for every change: under
+# 25 minutes on two processors. --long is for releases: it adds coverage, Valgrind, fuzzing, mutation, the long runs
+# and the packages. Fails when a row does; the table and the output of each step are left in build/prove. --docs also
+# writes the table to docs/RELIABILITY.md.
 #
 # QUORVEL_FUZZ_SECONDS (of processor time for each fuzz target) and QUORVEL_MUTANTS: others than 600 in the long form.
 set -euo pipefail
