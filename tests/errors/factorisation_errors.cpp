@@ -5,15 +5,12 @@
 #include <utility>
 
 #include "quorvel/quorvel.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/truth_table.h"
 
 using namespace quorvel::test;
-
-using R = RegularMatrix;
-using S = SymmetricMatrix;
-using U = UpperTriangularMatrix;
-using D = DiagonalMatrix;
+using namespace quorvel::test::kinds;
 
 TEST(FactorisationCodes, Cholesky) {
   TruthTable({50510}, [](Operand& o) { Release(CholeskyFactor(o.Make<S>(3u), 1e-12)); });

@@ -7,11 +7,14 @@
 #include <new>
 
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/plain.h"
 
 namespace quorvel::test {
 namespace {
+
+using namespace kinds;
 
 template <class K>
 K NotOk(K matrix) {
@@ -96,8 +99,6 @@ TEST(MatrixFunctionCodes, Diagonals) {
 }
 
 TEST(MatrixFunctionCodes, SparseKinds) {
-  using RS = RegularSparseMatrix;
-  using SS = SymmetricSparseMatrix;
   Refuses(
       NotOk(RS(2, 3)), 51050, [](RS & a) -> auto& { return transpose(a); });
   Refuses(

@@ -3,20 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "quorvel/quorvel.h"
+#include "support/kinds.h"
 #include "support/order.h"
 #include "support/truth_table.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using R = RegularMatrix;
-using S = SymmetricMatrix;
-using U = UpperTriangularMatrix;
-using L = LowerTriangularMatrix;
-using D = DiagonalMatrix;
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 
 TEST(OrderOfChecks, UDMeasurementUpdate) {
   ExpectOrder({"UDMeasurementUpdate",

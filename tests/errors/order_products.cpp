@@ -6,20 +6,14 @@
 #include <type_traits>
 
 #include "quorvel/quorvel.h"
+#include "support/kinds.h"
 #include "support/operations.h"
 #include "support/order.h"
 
 namespace {
 
 using namespace quorvel::test;
-
-using R = RegularMatrix;
-using S = SymmetricMatrix;
-using U = UpperTriangularMatrix;
-using L = LowerTriangularMatrix;
-using D = DiagonalMatrix;
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
+using namespace quorvel::test::kinds;
 
 constexpr unsigned kOperands = 3u << 1;  // of a call whose operand 0 is the result
 

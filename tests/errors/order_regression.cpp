@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "quorvel/quorvel.h"
+#include "support/kinds.h"
 #include "support/order.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using R = RegularMatrix;
 
 constexpr unsigned kOperands = 3u;  // A and y, t and y: the result x or c is never consumed
 constexpr unsigned kResult = 1u << 2;
@@ -61,8 +61,6 @@ void ExpectModelOrder(const char* name, Model model) {
 }
 
 TEST(OrderOfChecks, KinematicModels) {
-  using U = UpperTriangularMatrix;
-  using S = SymmetricMatrix;
   ExpectModelOrder<U>("Phi_PV", [](U& phi) { Phi_PV(phi, 1.0); });
   ExpectModelOrder<U>("Phi_PVA", [](U& phi) { Phi_PVA(phi, 1.0); });
   ExpectModelOrder<U>("Phi_PVAJ", [](U& phi) { Phi_PVAJ(phi, 1.0); });

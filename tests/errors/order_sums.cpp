@@ -6,12 +6,15 @@
 #include <type_traits>
 
 #include "quorvel/quorvel.h"
+#include "support/kinds.h"
 #include "support/order.h"
 #include "support/sums.h"
 #include "support/truth_table.h"
 
 namespace quorvel::test {
 namespace {
+
+using namespace kinds;
 
 constexpr unsigned kOperands = 3u << 1;  // of a call whose operand 0 is the result
 
@@ -68,13 +71,6 @@ void ExpectAssignmentOrder(int code, unsigned destroys = kAll) {
 }
 
 TEST(OrderOfChecks, Assignments) {
-  using R = RegularMatrix;
-  using S = SymmetricMatrix;
-  using U = UpperTriangularMatrix;
-  using L = LowerTriangularMatrix;
-  using D = DiagonalMatrix;
-  using RS = RegularSparseMatrix;
-  using SS = SymmetricSparseMatrix;
   ExpectAssignmentOrder<R, R>(140);
   ExpectAssignmentOrder<S, S>(140);
   ExpectAssignmentOrder<U, U>(140);

@@ -7,15 +7,15 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
 
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 constexpr unsigned npos = Matrix::npos;
 constexpr int kPending = 777;
 

@@ -7,11 +7,14 @@
 #include "support/allocations.h"
 #include "support/codes.h"
 #include "support/exhaust.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/plain.h"
 
 namespace quorvel::test {
 namespace {
+
+using namespace kinds;
 
 // Calls with ever later failing allocations until one succeeds; returns how many failed. The call makes its operands
 // outside the failing scope: `prepare` returns what `call` takes, and `call` must drop its result.
@@ -119,8 +122,6 @@ TEST(MatrixFunctionMemory, OfSparseKindsRunsOutCleanly) {
     s.Put(k, 69 - k, 1.0 + k);
     s.Put(k, k, 2.0);
   }
-  using RS = RegularSparseMatrix;
-  using SS = SymmetricSparseMatrix;
   SparseOnOrdinaryAndDispensable(
       r, [](RS & a) -> auto& { return transpose(a); });
   SparseOnOrdinaryAndDispensable(

@@ -7,15 +7,14 @@
 #include "quorvel/quorvel.h"
 #include "support/allocations.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 
 // Runs call(a) on fresh copies of `before` with allocation k failing, k = 1, 2, ..., until it gets through, and shows
 // the matrix to `after` each time. Returns the number of allocations the call needs.

@@ -7,16 +7,15 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/sparse.h"
 #include "support/text.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 
 std::string Printed(const SparseMatrix& a, bool fixed = true, bool header = false) {
   return TextOf([&](std::FILE* f) { a.Print(f, fixed, header, 1, 5); });

@@ -7,10 +7,12 @@
 #include "sparse/append.h"
 #include "sparse/cursor.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/random.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 using quorvel::detail::LineCursor;
 using quorvel::detail::NewElement;
 using quorvel::detail::ReturnRecord;
@@ -19,8 +21,6 @@ using quorvel::detail::Rule;
 
 namespace {
 
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 using Line = std::vector<std::pair<unsigned, double>>;
 
 Line Read(LineCursor e) {

@@ -6,14 +6,13 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 
 TEST(SparseQuirks, HeapFiguresAreThoseOf32Bits) {
   RS a(3, 5);

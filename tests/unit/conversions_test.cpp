@@ -6,18 +6,14 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/model.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
-
-using R = RegularMatrix;
-using S = SymmetricMatrix;
-using U = UpperTriangularMatrix;
-using L = LowerTriangularMatrix;
-using D = DiagonalMatrix;
 
 template <class To, class From>
 constexpr bool converts = std::is_constructible_v<To, From&> && std::is_constructible_v<To, const From&> &&

@@ -9,6 +9,7 @@
 #include "support/allocations.h"
 #include "support/codes.h"
 #include "support/exhaust.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/sparse.h"
 #include "unit/inverse_literal.h"
@@ -16,8 +17,7 @@
 namespace quorvel::test {
 namespace {
 
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
+using namespace kinds;
 
 constexpr unsigned kSizes[] = {1, 2, 3, 4, 5, 8, 13, 31, 32, 33, 40, 70};
 

@@ -7,21 +7,16 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/model.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
 
-using R = RegularMatrix;
-using S = SymmetricMatrix;
-using U = UpperTriangularMatrix;
-using L = LowerTriangularMatrix;
-using D = DiagonalMatrix;
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 using Cells = std::vector<Cell>;
 
 template <class To, class From>

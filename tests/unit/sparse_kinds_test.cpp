@@ -8,15 +8,15 @@
 #include "quorvel/quorvel.h"
 #include "support/allocations.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/make.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
 
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 using Cells = std::vector<Cell>;
 
 static_assert(std::is_nothrow_move_constructible_v<RS> && std::is_nothrow_move_assignable_v<RS> &&

@@ -5,14 +5,14 @@
 
 #include "quorvel/quorvel.h"
 #include "support/codes.h"
+#include "support/kinds.h"
 #include "support/sparse.h"
 
 using namespace quorvel::test;
+using namespace quorvel::test::kinds;
 
 namespace {
 
-using RS = RegularSparseMatrix;
-using SS = SymmetricSparseMatrix;
 using Cells = std::vector<Cell>;
 
 TEST(SparseLineVectors, Regular) {
