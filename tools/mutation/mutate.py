@@ -24,9 +24,10 @@ import argparse
 import concurrent.futures
 import contextlib
 import filecmp
+import functools
+import hashlib
 import json
 import os
-import random
 import re
 import resource
 import shlex
@@ -328,8 +329,9 @@ def main():
                       if line.startswith("survived\t")}
             chosen = [m for m in everything if (place(m, plain)[0], place(m, plain)[2]) in wanted]
         elif not options.all:
-            # Chosen by a shuffle: a larger count takes the same ones and more.
-            random.Random(options.seed).shuffle(chosen)
+            # At random, but each by itself: a larger count takes the same ones and more, and so does a later version of
+            # the sources, but for what changed in them.
+            chosen.sort(key=lambda mutant: lot(mutant, plain, options.seed))
             chosen = chosen[options.skip:options.count]
         print(f"{len(chosen)} of {len(everything)} mutants", flush=True)
 
@@ -398,13 +400,24 @@ def main():
     return 0 if score >= options.minimum else 1
 
 
-def place(mutant, plain, cache={}):
+@functools.lru_cache(maxsize=None)
+def lines(path):
+    return path.read_text().split("\n")
+
+
+def place(mutant, plain):
     """FILE:LINE:COLUMN, the text of the line, and the change."""
     file, (number, column, length, new, _) = mutant
-    if file not in cache:
-        cache[file] = (plain / file).read_text().split("\n")
-    line = cache[file][number]
+    line = lines(plain / file)[number]
     return f"{file}:{number + 1}:{column + 1}", line.strip(), f'"{line[column:column + length]}" -> "{new}"'
+
+
+def lot(mutant, plain, seed):
+    """What decides whether a mutant is among those that are tried."""
+    file, (number, column, *_) = mutant
+    _, text, change = place(mutant, plain)
+    indented = lines(plain / file)[number].index(text)
+    return hashlib.sha256(f"{seed} {file} {text} {column - indented} {change}".encode()).digest()
 
 
 if __name__ == "__main__":
