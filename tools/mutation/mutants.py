@@ -30,10 +30,11 @@ STEP = re.compile(r"\+\+|--")
 UNARY_MINUS = re.compile(r"(?<=[(,=?:] )-(?=[\w(*])|(?<=\()-(?=[\w(*])|(?<=return )-(?=[\w(*])")
 NOT = re.compile(r"(?<![\w)])!(?=[\w(])")
 WORD = re.compile(r"\b(true|false)\b")
-# Left alone, since no test of results could tell: sizes of blocks and of scratch on the stack (beyond it scratch comes from the
-# heap), and what is reserved or fetched ahead. The counted instructions and the benchmarks hold these.
-TUNING = re.compile(r"constexpr .*\b(ahead|block|direct_limit|on_stack|panel_width|row_block|small_sums|stack|stack_lines|"
-                    r"term_block) = .*|WorkArea<.*?> |\breserve\(.*|__builtin_prefetch\(.*")
+# Left alone, since no test of results could tell: sizes of blocks and of scratch on the stack (beyond it scratch comes
+# from the heap), and what is reserved or fetched ahead. The counted instructions and the benchmarks hold these.
+TUNING = re.compile(r"constexpr .*\b(ahead|block|direct_limit|long_panels|near_lines|on_stack|panel_width|row_block|"
+                    r"small_sums|stack|stack_lines|term_block) = .*|"
+                    r"WorkArea<.*?> |\breserve\(.*|__builtin_prefetch\(.*|\bask_for\(.*")
 
 
 def blank_out(text):
