@@ -20,9 +20,9 @@
 // and with dependent columns of A mostly 1. All must be finite: an infinity or NaN in A gives -1, an infinity in y gives
 // x = NaN (or 1), and a NaN in y ends the process (the assertion "0.0 <= a(i+1,0)" of Simplx).
 //
-// Cost: a tableau of (2m + 2) (3m + 2n + 1) doubles and 4m + 2n + m ints; a pivot costs about 2m (m + 2n) operations, and there
-// are usually between m and 4m. m and n are limited by memory alone (2^28 doubles: std::bad_array_new_length).
-// The order of operations is fixed: the same bits everywhere.
+// Cost: a tableau of (2m + 2) (3m + 2n + 1) doubles and 4m + 2n + m ints; a pivot costs about 2m (m + 2n) operations, and
+// there are usually between m and 4m. m and n are limited by memory alone (2^28 doubles: std::bad_array_new_length). The
+// order of operations is fixed: the same bits everywhere.
 //
 // Source: Barrodale, Roberts, SIAM J. Numer. Anal. 10 (1973), for the linear program of the L1 norm.
 //

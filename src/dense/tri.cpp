@@ -184,8 +184,12 @@ void TriMatrix::SetRow(size_type i, double v, size_type first, size_type last) {
 void TriMatrix::SetCol(size_type i, double v, size_type first, size_type last) { Set(*this, Line::col, i, v, first, last); }
 void TriMatrix::ClearRow(size_type i, size_type first, size_type last) { Set(*this, Line::row, i, 0.0, first, last); }
 void TriMatrix::ClearCol(size_type i, size_type first, size_type last) { Set(*this, Line::col, i, 0.0, first, last); }
-double TriMatrix::SumRow(size_type i, size_type first, size_type last) const { return Sum(*this, Line::row, i, first, last); }
-double TriMatrix::SumCol(size_type i, size_type first, size_type last) const { return Sum(*this, Line::col, i, first, last); }
+double TriMatrix::SumRow(size_type i, size_type first, size_type last) const {
+  return Sum(*this, Line::row, i, first, last);
+}
+double TriMatrix::SumCol(size_type i, size_type first, size_type last) const {
+  return Sum(*this, Line::col, i, first, last);
+}
 double TriMatrix::SumSqRow(size_type i, size_type first, size_type last) const {
   return SumSq(*this, Line::row, i, first, last);
 }

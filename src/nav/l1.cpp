@@ -64,7 +64,8 @@ int Solve(const double* y, std::size_t stride, const RegularMatrix& A, double* x
   const int variables = static_cast<int>(2 * n + m);
   const detail::IntArray nonbasic(variables);
   const detail::IntArray basic(2 * observations);
-  const int outcome = Simplx(tableau, 2 * observations, variables, observations, observations, 0, nonbasic.get(), basic.get());
+  const int outcome =
+      Simplx(tableau, 2 * observations, variables, observations, observations, 0, nonbasic.get(), basic.get());
   if (outcome != 0) return outcome;
 
   detail::FillDoubles(x, 0.0, n);

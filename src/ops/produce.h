@@ -9,8 +9,8 @@
 
 namespace quorvel::detail {
 
-/// The size for a result every element of which is written next. A sparse result is emptied, because appending to old elements
-/// would leave unsorted lists.
+/// The size for a result every element of which is written next. A sparse result is emptied, because appending to old
+/// elements would leave unsorted lists.
 template <class R>
 void Prepare(R& result, unsigned rows, unsigned cols) {
   if constexpr (is_dense<R>) {

@@ -43,8 +43,8 @@ BlockView BlockAt(const K& a, index_t i, index_t j, index_t rows, index_t cols, 
   return {buffer, cols};
 }
 
-/// Two unlike dense kinds, in blocks that fit small buffers; tiny ones element by element, which is done before a buffer that
-/// was just written can be read in whole registers.
+/// Two unlike dense kinds, in blocks that fit small buffers; tiny ones element by element, which is done before a buffer
+/// that was just written can be read in whole registers.
 struct ByBlocks {
   static constexpr index_t tiny = 4;
   template <class Op, class RuleA, class RuleB>

@@ -160,10 +160,10 @@ struct Kernels {
   void (*transpose)(double* to, kernel_offset to_stride, const double* from, kernel_offset from_stride,
                     kernel_index rows, kernel_index cols);
 
-  /// p = u * d * u' with a unit upper triangle u (p and u packed, apart; order > 0), elements U(i, j) being (P(i, j) - S)/d(j), and
-  /// 0.0 where |d(j)| is not beyond `smallest`: d(j) is 0.0 then; how many these are is returned. Or P(i, j)/d(j) - S
-  /// whatever d(j) is. scratch: order lines of unit_strip doubles, or of `order` rounded up to 8 when that is less, and
-  /// a packed triangle.
+  /// p = u * d * u' with a unit upper triangle u (p and u packed, apart; order > 0), elements U(i, j) being
+  /// (P(i, j) - S)/d(j), and 0.0 where |d(j)| is not beyond `smallest`: d(j) is 0.0 then; how many these are is returned.
+  /// Or P(i, j)/d(j) - S whatever d(j) is. scratch: order lines of unit_strip doubles, or of `order` rounded up to 8 when
+  /// that is less, and a packed triangle.
   kernel_index (*factor_unit)(double* u, double* d, const double* p, kernel_index order, bool divide_first,
                               double smallest, double* scratch);
 
@@ -183,8 +183,9 @@ struct Kernels {
   kernel_index cholesky_columns;
 
   /// The square of a panel: the sums over the columns before, then its columns from `from` on, diagonal elements being
-  /// the root of the pivot, that is `scale` or its reciprocal. Ends at a column c with |pivot| < |tolerance * A(c, c)|, which it leaves alone; c is returned, or
-  /// `count`. `from` is 0 or behind such a column, once that is in its place and in the sums.
+  /// the root of the pivot, that is `scale` or its reciprocal. Ends at a column c with |pivot| < |tolerance * A(c, c)|,
+  /// which it leaves alone; c is returned, or `count`. `from` is 0 or behind such a column, once that is in its place and
+  /// in the sums.
   kernel_index (*cholesky_square)(CholeskyPanel& panel, kernel_index from);
 
   /// The rows below the finished square, of a panel of cholesky_columns columns:
