@@ -68,6 +68,21 @@ class Consumed {
   const Matrix* target_ = nullptr;
 };
 
+/// Calls fill(), which sizes and fills a target that may be dispensable. It dies when memory runs out; when its size is
+/// refused, it has died by that already.
+template <class Fill>
+void FillTarget(const Matrix& target, Fill fill) {
+  try {
+    fill();
+  } catch (const std::bad_alloc&) {  // never all ways: nothing throws anything but this and codes
+    target.DestroyIfDispensable();
+    throw;
+  } catch (const MatrixException& e) {
+    if (e.code() == code::allocate + offset::null_pointer) target.DestroyIfDispensable();
+    throw;
+  }
+}
+
 /// Holds a new result until it is complete. It becomes dispensable last, so that nothing consumes it before (a
 /// dispensable sparse matrix cannot even be resized). Memory for the object itself is reported as for its storage.
 template <class K>
@@ -81,7 +96,7 @@ class NewResult {
     if constexpr (is_dense<K>) {
       return NewResult(NewDense<K>(rows, cols));
     } else {
-      return NewResult(rows, cols);
+      return NewResult(Sized(), rows, cols);
     }
   }
 
@@ -102,6 +117,10 @@ class NewResult {
 
  private:
   explicit NewResult(K* result) noexcept : result_(result) {}
+
+  /// By the method: the constructor of a symmetric sparse matrix does not ask whether it is square.
+  struct Sized {};
+  NewResult(Sized, Matrix::size_type rows, Matrix::size_type cols) : NewResult() { result_->SetSize(rows, cols, false); }
 
   template <class... Args>
   static K* make(Args&&... args) {

@@ -24,16 +24,19 @@ K& AssignSameKind(K& target, K& source) {
   if (&target == &source) return target;
   if constexpr (is_dense<K>) {
     if (TookOver(target, source)) return target;
-    RequireAssignable(target, source, code::assign);
-    CopyContents(target, source);
-    return target;
   }
   RequireAssignable(target, source, code::assign);
-  if (source.dispensable()) {
+  if (!is_dense<K> && source.dispensable()) {
     target.Swap(source);
     source.DestroyIfDispensable();
+    return target;
+  }
+  if constexpr (is_dense<K>) {
+    Consumed operands(target);
+    CopyContents(target, source);
+    operands.release(target);
   } else {
-    target.Copy(source, false);
+    FillTarget(target, [&] { target.Copy(source, false); });
   }
   return target;
 }

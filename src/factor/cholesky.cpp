@@ -4,6 +4,7 @@
 // that triangle is row j of the array, so all loops run along rows.
 #include "quorvel/cholesky.h"
 
+#include <cerrno>
 #include <cmath>
 
 #include "core/ownership.h"
@@ -70,13 +71,21 @@ Matrix::nsing_type FactorPanels(CholeskyPanel& panel) noexcept {
   return singular;
 }
 
+/// The root of a negative number is a domain error, for which the C library sets errno; the kernels do not.
+void ReportRootOf(double least) noexcept {
+  if (least < 0.0) errno = EDOM;
+}
+
 /// The factor of the lower triangle `a`, which may lie in its place. Its columns are divided by the root of the pivot, or
 /// multiplied with the root's reciprocal. Returns the number of singular pivots.
 Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool divide, double tolerance) noexcept {
   const index_t n = lower.ndim();
   if (n == 0) return 0;
   if (n <= few_columns) {
-    return static_cast<Matrix::nsing_type>(kernels().cholesky_few(lower.data(), a, n, divide, tolerance));
+    double least = 0.0;
+    const auto singular = kernels().cholesky_few(lower.data(), a, n, divide, tolerance, least);
+    ReportRootOf(least);
+    return static_cast<Matrix::nsing_type>(singular);
   }
   if (a != lower.data()) CopyDoubles(lower.data(), a, packed_count(n));
   CholeskyPanel panel;
@@ -84,7 +93,10 @@ Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool 
   panel.order = n;
   panel.divide = divide;
   panel.tolerance = tolerance;
-  return FactorPanels(panel);
+  panel.least = 0.0;
+  const Matrix::nsing_type singular = FactorPanels(panel);
+  ReportRootOf(panel.least);
+  return singular;
 }
 
 }  // namespace

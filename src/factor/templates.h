@@ -61,7 +61,7 @@ template <class T>
 RegularMatrix& RM_EQ_TMat(RegularMatrix& target, const T& source) {
   using namespace quorvel::detail;
   target.ThrowEquals(code::assign, source);
-  const Consumed operand(source);
+  Consumed operands(source, target);
   const Rule<T> from(source);
   const index_t n = from.rows();
   if (target.nrows() != n || target.ncols() != n) SizeForResult(target, n, n);
@@ -73,6 +73,7 @@ RegularMatrix& RM_EQ_TMat(RegularMatrix& target, const T& source) {
     FillVisited(target, from, kind);
   }
   target.set_nsing(source.nsing());
+  operands.release(target);
   return target;
 }
 
@@ -81,10 +82,11 @@ template <class T>
 SymmetricMatrix& SM_EQ_TMat(SymmetricMatrix& target, const T& source) {
   using namespace quorvel::detail;
   target.ThrowEquals(code::symmetric_from_diagonal, source);
-  const Consumed operand(source);
+  Consumed operands(source, target);
   if (target.ndim() != source.ndim()) target.SetSize(source.ndim(), source.ndim(), false);
   ValidType(source.kind() == Matrix::symmetric || source.kind() == Matrix::diagonal, 170, __PRETTY_FUNCTION__);
   FillPacked(target, source);
+  operands.release(target);
   return target;
 }
 
@@ -93,11 +95,12 @@ template <class T>
 UpperTriangularMatrix& UT_EQ_TMat(UpperTriangularMatrix& target, const T& source) {
   using namespace quorvel::detail;
   target.ThrowEquals(code::upper_from_diagonal, source);
-  const Consumed operand(source);
+  Consumed operands(source, target);
   if (target.ndim() != source.ndim()) target.SetSize(source.ndim(), source.ndim(), false);
   ValidType(source.kind() == Matrix::upper_triangular || source.kind() == Matrix::diagonal, 210, __PRETTY_FUNCTION__);
   FillPacked(target, source);
   target.set_nsing(source.nsing());
+  operands.release(target);
   return target;
 }
 
@@ -106,11 +109,12 @@ template <class T>
 LowerTriangularMatrix& LT_EQ_TMat(LowerTriangularMatrix& target, const T& source) {
   using namespace quorvel::detail;
   target.ThrowEquals(code::lower_from_diagonal, source);
-  const Consumed operand(source);
+  Consumed operands(source, target);
   if (target.ndim() != source.ndim()) target.SetSize(source.ndim(), source.ndim(), false);
   ValidType(source.kind() == Matrix::lower_triangular || source.kind() == Matrix::diagonal, 252, __PRETTY_FUNCTION__);
   FillPacked(target, source);
   target.set_nsing(source.nsing());
+  operands.release(target);
   return target;
 }
 

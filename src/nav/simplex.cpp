@@ -43,7 +43,7 @@ class Tableau {
 
   /// The candidate column with the largest entry in tableau row r, by value or by absolute value; the first of equals.
   Choice ChooseColumn(int r, bool absolute) const noexcept {
-    if (candidate_count_ == 0) return {none, 0.0};
+    if (candidate_count_ <= 0) return {none, 0.0};  // n is not checked
     Choice best{candidates_[0], at(r, candidates_[0] + 1)};
     for (int c = 1; c < candidate_count_; ++c) {
       const double value = at(r, candidates_[c] + 1);

@@ -21,7 +21,7 @@ void ReadInto(K& out, const S& src, const Block& b) noexcept {
   }
 }
 
-/// A block of `out` itself becomes `out`: read into a new array before the old one goes.
+/// A block of `out` itself becomes `out`, which keeps its array: read aside first.
 template <class K>
 K& ExtractedInPlace(K& out, Bounds rows, Bounds cols) {
   RequireOk(out, code::none);
@@ -31,8 +31,8 @@ K& ExtractedInPlace(K& out, Bounds rows, Bounds cols) {
   Consumed held(out);
   K block(b.rows, b.cols);
   ReadInto(block, out, b);
-  block.set_nsing(out.nsing());
-  out.Swap(block);
+  CopyDoubles(out.data(), block.data(), StoredIn(block));
+  SetExtent(out, b.rows, b.cols);
   held.release(out);
   return out;
 }

@@ -132,7 +132,7 @@ template <class T>
 void SparseMatrix::CopyMat(const T& source) {
   ThrowEquals(code::sparse_from_dense, source);
   const detail::Consumed operand(source);
-  detail::CopyDense(*this, source);
+  detail::FillTarget(*this, [&] { detail::CopyDense(*this, source); });
 }
 
 template void SparseMatrix::CopyMat(const RegularMatrix& source);

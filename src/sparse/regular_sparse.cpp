@@ -37,7 +37,7 @@ RegularSparseMatrix::RegularSparseMatrix(const DiagonalMatrix& source) : Regular
 RegularSparseMatrix& RegularSparseMatrix::operator=(const SymmetricSparseMatrix& source) {
   ThrowEquals(detail::code::sparse_copy, source);
   const detail::Consumed operand(source);
-  detail::CopyStored(*this, source, false);
+  detail::FillTarget(*this, [&] { detail::CopyStored(*this, source, false); });
   return *this;
 }
 

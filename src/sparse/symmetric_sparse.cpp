@@ -34,7 +34,7 @@ SymmetricSparseMatrix::SymmetricSparseMatrix(const DiagonalMatrix& source) : Sym
 SymmetricSparseMatrix& SymmetricSparseMatrix::operator=(const SymmetricMatrix& source) {
   ThrowEquals(detail::code::assign, source);
   const detail::Consumed operand(source);
-  detail::CopyDense(*this, source);
+  detail::FillTarget(*this, [&] { detail::CopyDense(*this, source); });
   return *this;
 }
 

@@ -17,7 +17,9 @@ namespace {
 void FillRegular(RegularMatrix& target, const SparseMatrix& source, int operation, bool keep, bool mirror) {
   target.ThrowEquals(operation, source);
   const detail::Consumed operand(source);
-  if (target.nrows() != source.rows || target.ncols() != source.cols) target.SetSize(source.rows, source.cols, keep);
+  if (target.nrows() != source.rows || target.ncols() != source.cols) {
+    detail::FillTarget(target, [&] { target.SetSize(source.rows, source.cols, keep); });
+  }
   detail::ClearDoubles(target.data(), target.StoredCount());
   const Rule<RegularMatrix> to(target);
   SparseLines(source).for_each_stored([&](const SparseElement& e) {
@@ -53,7 +55,9 @@ SymmetricMatrix& SymmetricMatrix::operator=(const SymmetricSparseMatrix& source)
     detail::FailWith(code::symmetric_from_sparse + detail::offset::not_ok, &source);
   }
   const detail::Consumed operand(source);
-  if (ndim() != source.rows || ndim() != source.cols) SetSize(source.rows, source.cols, false);
+  if (ndim() != source.rows || ndim() != source.cols) {
+    detail::FillTarget(*this, [&] { SetSize(source.rows, source.cols, false); });
+  }
   detail::ClearDoubles(data(), StoredCount());
   const Rule<SymmetricMatrix> to(*this);
   SparseLines(source).for_each_stored([&](const SparseElement& e) {

@@ -248,3 +248,28 @@ TEST(Blocks, AllocateNothingBetweenDenseMatrices) {
 
 }  // namespace
 }  // namespace quorvel::test
+
+// A matrix that becomes a block of itself keeps its array, as one that becomes a block of another.
+TEST(GetSubMat, StorageOfAMatrixNeverShrinks) {
+  RegularMatrix a(10, 10);
+  for (unsigned i = 0; i < 10; ++i) {
+    for (unsigned j = 0; j < 10; ++j) a(i, j) = 10.0 * i + j;
+  }
+  GetSubMat(a, a, 2, 3, 4, 6);
+  EXPECT_EQ(a.HeapReserved(), 800u);
+  ASSERT_EQ(a.nrows(), 2u);
+  ASSERT_EQ(a.ncols(), 3u);
+  for (unsigned i = 0; i < 2; ++i) {
+    for (unsigned j = 0; j < 3; ++j) EXPECT_EQ(a(i, j), 10.0 * (i + 2) + (j + 4));
+  }
+  SymmetricMatrix s(10);
+  for (unsigned i = 0; i < 10; ++i) {
+    for (unsigned j = i; j < 10; ++j) s(i, j) = 10.0 * i + j;
+  }
+  GetSubMat(s, s, 3, 5);
+  EXPECT_EQ(s.HeapReserved(), 440u);
+  ASSERT_EQ(s.ndim(), 3u);
+  for (unsigned i = 0; i < 3; ++i) {
+    for (unsigned j = i; j < 3; ++j) EXPECT_EQ(static_cast<double>(s(i, j)), 10.0 * (i + 3) + (j + 3));
+  }
+}

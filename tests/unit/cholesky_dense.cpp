@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cmath>
+#include <limits>
 #include <new>
 #include <string>
 
@@ -412,5 +414,34 @@ TEST(InverseByCholeskyDense, CountsOfConstructedRank) {
     const SymmetricMatrix inverse(InverseByCholesky(A, 1e-12));
     ASSERT_EQ(inverse.nsing(), sample.zeros) << "trial " << trial;
     ASSERT_EQ(A.nsing(), sample.zeros) << "trial " << trial;
+  }
+}
+
+// The root of a negative pivot is a domain error, by which the C library sets errno; a NaN is none.
+TEST(CholeskyDense, NegativePivotsAreDomainErrors) {
+  const auto errno_of = [](const auto& factor, const SymmetricMatrix& a) {
+    errno = 0;
+    factor(a).DestroyIfDispensable();
+    return errno;
+  };
+  const auto factor = [](const SymmetricMatrix& a) -> const Matrix& { return CholeskyFactor(a, 1e-14); };
+  const auto lower = [](const SymmetricMatrix& a) -> const Matrix& { return CholeskySquareRootLower(a); };
+  const auto upper = [](const SymmetricMatrix& a) -> const Matrix& { return CholeskySquareRootUpper(a); };
+  for (const unsigned n : {2u, 3u, 5u, 9u, 10u, 20u, 24u, 25u, 33u, 60u, 130u}) {
+    for (const unsigned at : {1u, n / 2, n - 1}) {
+      SymmetricMatrix a(n);
+      for (unsigned i = 0; i < n; ++i) a(i, i) = 1.0;
+      EXPECT_EQ(errno_of(factor, a), 0);
+      EXPECT_EQ(errno_of(lower, a), 0);
+      EXPECT_EQ(errno_of(upper, a), 0);
+      a(at - 1, at) = 3.0;
+      EXPECT_EQ(errno_of(factor, a), EDOM) << n << " " << at;
+      EXPECT_EQ(errno_of(lower, a), EDOM) << n << " " << at;
+      EXPECT_EQ(errno_of(upper, a), EDOM) << n << " " << at;
+      a(at - 1, at) = std::numeric_limits<double>::quiet_NaN();
+      EXPECT_EQ(errno_of(factor, a), 0) << n << " " << at;
+      EXPECT_EQ(errno_of(lower, a), 0) << n << " " << at;
+      EXPECT_EQ(errno_of(upper, a), 0) << n << " " << at;
+    }
   }
 }

@@ -254,6 +254,8 @@ TEST_F(SimplexPreconditions, EndTheProcess) {
   EXPECT_BROKEN(Call(a, 2, 2, 2, 0, 0), "0\\.0 <= a\\(i\\+1,0\\)");
   a(2, 0) = -0.0;
   EXPECT_EQ(Call(a, 2, 2, 2, 0, 0), 0);
+  EXPECT_EQ(Call(a, 2, 0, 2, 0, 0), 0);
+  EXPECT_EQ(Call(a, 2, -1, 2, 0, 0), 0);  // is not refused: there are no variables
 }
 
 }  // namespace

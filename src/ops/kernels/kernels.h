@@ -72,6 +72,7 @@ struct CholeskyPanel {
   kernel_index first, count;   // columns first .. first + count - 1, the ones before it being finished
   bool divide;                 // by `scale`, the root of the pivot; otherwise multiply by it, the root's reciprocal
   double tolerance;            // of pivots, when not dividing
+  double least;                // of the numbers that roots were taken of, and 0.0
   bool cleared[most_columns];  // the elements of A count as 0.0
   double scale[most_columns];
   double square[most_columns][most_columns];  // [c][r]: of row first + r and column first + c
@@ -176,8 +177,10 @@ struct Kernels {
 
   /// The Cholesky factor l of an order of 1 to few_columns; l and a are packed lower triangles, maybe the same. When
   /// not dividing by the pivots' roots, but multiplying by their reciprocals, a pivot less than |tolerance * a(j, j)| is
-  /// singular, and its row and column 0.0. Returns how many are.
-  kernel_index (*cholesky_few)(double* l, const double* a, kernel_index order, bool divide, double tolerance);
+  /// singular, and its row and column 0.0. Returns how many are. `least`, 0.0 before, becomes the least number that a
+  /// root was taken of, when that is negative.
+  kernel_index (*cholesky_few)(double* l, const double* a, kernel_index order, bool divide, double tolerance,
+                               double& least);
 
   /// Columns of a Cholesky panel that has rows below its square.
   kernel_index cholesky_columns;
