@@ -128,8 +128,8 @@ class QUORVEL_API SparseMatrix : public Matrix {
   /// Unlink the record of e's indices from one list; nothing happens when the list has none.
   void SparseMatrixRowRemove(SparseElement* e) noexcept;
   void SparseMatrixColRemove(SparseElement* e) noexcept;
-  /// Unlinks from both lists and returns the record to the pool. When the chain is down to its end mark, the returned
-  /// record becomes the end mark and the old one is lost until Clear (kept).
+  /// Unlinks e from both lists (it alone, when its cell is stored twice) and returns it to the pool. When the chain is
+  /// down to its end mark, the returned record becomes the end mark and the old one is lost until Clear (kept).
   void SparseMatrixRemove(SparseElement* e) noexcept;
   /// The same with the predecessor in the row given (null: e is the row's first element).
   void SparseMatrixRemove(SparseElement* prevInRow, SparseElement* e) noexcept;

@@ -33,10 +33,10 @@
 /// On arrays. Checks nothing, a pending code included; consumes a dispensable A.
 QUORVEL_API int L1Regression(const double* y, const RegularMatrix& A, double* x);
 
-/// On matrices: y is read by its first column; x becomes n x 1 unless it already stores n values in another shape. Consumes
-/// dispensable A and y, also when it fails; never x, which may be the same object as y. Throws 56110 when A or y is not
-/// ok, 46110 when they differ in their number of rows or y has no column, 50000 when x is not ok, 10680 when memory is
-/// exhausted, or the pending code.
+/// On matrices: y is read by its first column; x becomes n x 1 unless it already stores n values in another shape.
+/// Consumes dispensable A and y, also when it fails; x, which may be the same object as y, only when x is not ok. Throws
+/// 56110 when A or y is not ok, 46110 when they differ in their number of rows or y has no column, 50000 when x is not
+/// ok, 10680 when memory is exhausted, or the pending code.
 QUORVEL_API int L1Regression(const RegularMatrix& A, const RegularMatrix& y, RegularMatrix& x);
 
 /// Two-phase simplex method on a dense tableau: maximises z = a(0, 0) + sum a(0, k + 1) x(k) over x >= 0 subject to m
@@ -84,9 +84,9 @@ QUORVEL_API int Simplx(RegularMatrix& a, int m, int n, int m1, int m2, int m3, i
 /// unusable pivots are 0, and their number is lost with N. Choose t of order 1 and centred on 0: normal equations square
 /// the condition number. They are solved to full accuracy (see A > b), so what is lost is lost in forming their sums.
 ///
-/// t and y are consumed when dispensable, also on failure; c never. Throws 56120 when t or y is not ok, 46120 when they
-/// differ in their number of rows or have no column, 50140 (and marks c not ok) when c is not ok, 10680, or the
-/// pending code. c and rms are written at the end: a failure leaves rms as it was.
+/// t and y are consumed when dispensable, also on failure; c only when it is not ok itself. Throws 56120 when t or y is
+/// not ok, 46120 when they differ in their number of rows or have no column, 50140 (and marks c not ok) when c is not
+/// ok, 10680, or the pending code. c and rms are written at the end: a failure leaves rms as it was.
 ///
 /// Sums run over the observations in order; the order of operations is fixed.
 ///

@@ -65,6 +65,8 @@ TEST(Print, LayoutOfEachKind) {
             "  1.00   2.00   3.00\n  0.00   4.00   5.00\n  0.00   0.00   6.00\n\n");
   EXPECT_EQ(Printed(Counting<LowerTriangularMatrix>(3)), "  1.00\n  2.00   4.00\n  3.00   5.00   6.00\n\n");
   EXPECT_EQ(Printed(Counting<DiagonalMatrix>(3)), "  1.00\n  2.00\n  3.00\n\n");
+  EXPECT_EQ(Printed(Counting<LowerTriangularMatrix>(2)), "  1.00\n  2.00   3.00\n\n");
+  EXPECT_EQ(Printed(Counting<DiagonalMatrix>(2)), "  1.00\n  2.00\n\n");
 }
 
 TEST(Print, EmptyMatricesWriteOneNewline) {

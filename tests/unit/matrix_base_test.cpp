@@ -219,6 +219,11 @@ TYPED_TEST(DenseKind, ScalingAndDivision) {
   for (unsigned k = 0; k < b.StoredCount(); ++k) {
     EXPECT_EQ(b.data()[k], before.data()[k] * std::numeric_limits<double>::infinity());
   }
+  TypeParam c(before);
+  c.data()[0] = 0.0;
+  c /= 0.0;
+  EXPECT_TRUE(std::isnan(c.data()[0]));
+  EXPECT_TRUE(std::isinf(c.data()[1]));
 }
 
 TYPED_TEST(DenseKind, ScalarAssignment) {
@@ -241,6 +246,9 @@ TYPED_TEST(DenseKind, ReserveKeepsOrGrowsExactly) {
   const double* array = a.data();
   a.Reserve(2, 2);
   EXPECT_EQ(a.data(), array);
+  a.Reserve(3, 3);  // no more than it has
+  EXPECT_EQ(a.data(), array);
+  EXPECT_EQ(a.capacity(), a.StoredCount());
   a.Reserve(5, 5);
   EXPECT_EQ(a.capacity(), a.GetArrayCount(5, 5));
   ExpectElements(full, a);
@@ -317,6 +325,14 @@ TYPED_TEST(DenseKind, SetRandomFillsFromTheEnd) {
   for (unsigned k = a.StoredCount(); k-- > 0;) {
     EXPECT_EQ(a.data()[k], -2.0 + static_cast<double>(std::rand()) * ((5.0 - -2.0) / 2147483647.0));
   }
+  // One number for each stored element, and no more.
+  TypeParam b(2, 2);
+  std::srand(43);
+  b.SetRandom(0.0, 1.0);
+  const int next = std::rand();
+  std::srand(43);
+  for (unsigned k = 0; k < b.StoredCount(); ++k) static_cast<void>(std::rand());
+  EXPECT_EQ(std::rand(), next);
 }
 
 TYPED_TEST(DenseKind, Extremes) {

@@ -173,6 +173,7 @@ TEST(RegularBands, SetRowsAndCols) {
   a.set_ok(false);
   EXPECT_CODE(a.SetRows(1.0, 0, 0), 60000);
   EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).SetCols(1.0, 0, 1), 60000);
+  EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).SetRows(1.0, 0, 1), 60000);
 }
 
 TEST(RegularBands, SetColsOverAllShapes) {
@@ -290,6 +291,7 @@ TEST(RegularBands, InsertionAndRemovalChecks) {
   EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).InsertRows(0, 1), 40000);
   EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).InsertCols(0, 1), 40000);
   EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).RemoveRows(0, 1), 60000);
+  EXPECT_CODE(Dispensable<RegularMatrix>(2u, 2u).RemoveCols(0, 1), 60000);
   a.set_ok(false);
   EXPECT_CODE(a.InsertRows(0, 1), 50000);
   EXPECT_CODE(a.InsertCols(0, 1), 50000);

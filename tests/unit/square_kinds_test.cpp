@@ -54,6 +54,7 @@ TYPED_TEST(SquareKind, Access) {
         EXPECT_EQ(a(i, j), 7.5);
       } else {
         EXPECT_CODE(a(i, j) = 0.0, write_code<TypeParam>);
+        EXPECT_CODE(a(i, j) = 3.0, write_code<TypeParam>);
         EXPECT_CODE(a(i, j) += 0.0, write_code<TypeParam>);
         EXPECT_EQ(a(i, j), 0.0);
       }
@@ -272,6 +273,7 @@ TEST(LimitedLines, OfRegular) {
   a.GetEntireRow(0, out, first, last);
   EXPECT_EQ(first, 5u);  // columns + 1: nothing found
   EXPECT_EQ(last, 0u);
+  EXPECT_TRUE(SameBits(out, std::vector<double>{0, 0, 0, 0}.data(), 4));
   a.GetEntireCol(0, out, first, last);
   EXPECT_EQ(first, 3u);  // rows + 1
   a.GetEntireCol(2, out, first, last);
