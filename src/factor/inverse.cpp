@@ -1,5 +1,6 @@
 // inv of the dense kinds.
 #include "core/ownership.h"
+#include "core/sizing.h"
 #include "factor/qr_inverse.h"
 #include "factor/tri_inverse.h"
 #include "quorvel/DiagonalMatrix.h"
@@ -112,7 +113,14 @@ SymmetricMatrix& inv(SymmetricMatrix& A, bool inPlace) {
   A.ThrowNotOk(code::inverse_not_ok);
   Consumed operand(A);
   if (inPlace || A.dispensable()) {
-    InvertSymmetric(A, A);
+    if (A.capacity() == StoredIn(A)) {
+      InvertSymmetric(A, A);
+    } else {  // as an assignment of the inverse: the larger array goes
+      SymmetricMatrix inverse(A.ndim());
+      InvertSymmetric(A, inverse);
+      Access::swap_storage(A, inverse);
+      A.set_nsing(inverse.nsing());
+    }
     operand.release(A);
     return A;
   }

@@ -28,8 +28,9 @@ K& InverseInPlaceOrNew(K& A, bool inPlace, Invert invert) {
     if (lands_in_a) A.set_nsing(0);  // also when there is no inverse
   }
   RequireInvertibleOrder(A.rows);
+  // A regular inverse goes on with A's blocks; a symmetric one is made by sym, with blocks of its own.
   const auto fill = [&](K& target) {
-    if (A.growBy != 0) target.SetGrowBy(A.growBy - 1);
+    if (std::is_same_v<K, RegularSparseMatrix> && A.growBy != 0) target.SetGrowBy(A.growBy - 1);
     return invert(target);
   };
   if (lands_in_a) {

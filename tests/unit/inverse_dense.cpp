@@ -330,6 +330,29 @@ void Allocates(unsigned n, long in_place) {
   EXPECT_EQ(Allocations() - middle, in_place) << n;
 }
 
+// In place the symmetric inverse comes as by an assignment of sym's result: with an array of just its size.
+TEST(InverseMemory, OfASymmetricMatrixWithRoomToSpare) {
+  SymmetricMatrix a(5), b;
+  for (unsigned i = 0; i < 5; ++i) {
+    for (unsigned j = i; j < 5; ++j) a(i, j) = i == j ? 4.0 + i : 1.0 / (1.0 + i + j);
+  }
+  b = a;
+  a.Reserve(10, 10);
+  EXPECT_EQ(&inv(a, true), &a);
+  EXPECT_EQ(a.HeapReserved(), 15u * 8u);
+  inv(b, true);
+  for (unsigned k = 0; k < 15; ++k) EXPECT_EQ(a.data()[k], b.data()[k]);
+  EXPECT_EQ(a.nsing(), 0);
+  for (unsigned i = 0; i < 5; ++i) a(i, i) = i == 3 ? 0.0 : 2.0;
+  for (unsigned i = 0; i < 5; ++i) {
+    for (unsigned j = i + 1; j < 5; ++j) a(i, j) = 0.0;
+  }
+  a.Reserve(7, 7);
+  inv(a, true);
+  EXPECT_EQ(a.nsing(), 1);
+  EXPECT_EQ(a.HeapReserved(), 15u * 8u);
+}
+
 TEST(InverseMemory, SmallOrdersNeedNoScratch) {
   for (unsigned n : {1u, 2u, 3u, 4u, 15u, 24u}) {
     Allocates<RegularMatrix>(n, 0);

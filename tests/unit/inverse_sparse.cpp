@@ -137,6 +137,23 @@ TEST(SparseInverse, KeepsTheBlockSize) {
   EXPECT_EQ(x->growBy, 8u);
 }
 
+// The inverse of a symmetric matrix is made by sym, also where it replaces the matrix.
+TEST(SparseInverse, OfASymmetricMatrixHasTheBlocksOfSym) {
+  SS a(4, 4);
+  a.SetGrowBy(2);
+  for (unsigned i = 0; i < 4; ++i) a.Put(i, i, 2.0);
+  a.Put(0, 3, 1.0);
+  const RS whole(a);
+  const Held<RS> inverse(inv(whole));
+  const Held<SS> expected(sym(*inverse));
+  const Held<SS> x(inv(a));
+  EXPECT_EQ(x->growBy, expected->growBy);
+  EXPECT_EQ(x->HeapReserved(), expected->HeapReserved());
+  inv(a, true);
+  EXPECT_EQ(a.growBy, expected->growBy);
+  EXPECT_EQ(a.HeapReserved(), expected->HeapReserved());
+}
+
 TEST(SparseTriangularInverse, EqualsTheLiteralComputation) {
   Random random(623);
   int singular = 0;
