@@ -330,3 +330,22 @@ TEST(RegularLimits, TooLargeIsABadArrayLengthAndChangesNothing) {
 }
 
 }  // namespace
+
+// Copies, assignments and multiples keep nothing of what was there: a temporary may grow by them, which it may not where
+// its elements are kept.
+TEST(RegularMatrix_, TemporariesGrowByWhatReplacesTheirElements) {
+  const RegularMatrix a = Counting(2, 3);
+  RegularMatrix& copy = Dispensable<RegularMatrix>(1u, 1u);
+  EXPECT_NO_CODE(copy.Copy(a, false));
+  RegularMatrix& assigned = Dispensable<RegularMatrix>(1u, 1u);
+  EXPECT_NO_CODE(assigned.Assign(a.data(), 2, 3));
+  RegularMatrix& multiple = Dispensable<RegularMatrix>(1u, 1u);
+  EXPECT_NO_CODE(multiple.Mult(a, 2.0));
+  for (const RegularMatrix* m : {&copy, &assigned, &multiple}) {
+    ASSERT_EQ(m->nrows(), 2u);
+    ASSERT_EQ(m->ncols(), 3u);
+    for (unsigned k = 0; k < 6; ++k) EXPECT_EQ(m->data()[k], (m == &multiple ? 2.0 : 1.0) * a.data()[k]);
+    m->DestroyIfDispensable();
+  }
+  EXPECT_CODE(Dispensable<RegularMatrix>(1u, 1u).SetSize(2, 3, true), 40000);
+}
