@@ -118,7 +118,8 @@ template <Side side, class Pivots>
 class RowFactor {
  public:
   RowFactor(const SymmetricSparseMatrix& a, RegularSparseMatrix& factor, Pivots& pivots)
-      : a_(a), n_(a.rows), factor_(factor), writer_(factor), pivots_(pivots), marks_(n_), a_row_(n_, 0.0), row_(n_, 0.0) {}
+      : a_(a), n_(a.rows), factor_(factor), writer_(factor, RowWriter::Columns::at_once), pivots_(pivots), marks_(n_),
+        a_row_(n_, 0.0), row_(n_, 0.0) {}
 
   void build() {
     for (index_t k = 0; k < n_; ++k) build_row(side == Side::lower ? k : n_ - 1 - k);

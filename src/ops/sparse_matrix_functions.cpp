@@ -26,19 +26,39 @@ K& UpperTriangle(const SparseMatrix& A) {
   return result.hand_over();
 }
 
-}  // namespace
-
-RegularSparseMatrix& transpose(RegularSparseMatrix& A) {
-  RequireOk(A, code::transpose_sparse);
-  const Consumed operand(A);
-  NewResult<RegularSparseMatrix> result(A.cols, A.rows);
-  RowWriter writer(*result);
+/// Row by row from A's column lists.
+void FillTransposed(RegularSparseMatrix& result, const RegularSparseMatrix& A) {
+  RowWriter writer(result);
   for (index_t c = 0; c < A.cols; ++c) {
     SparseElement* prev = nullptr;
     for (const SparseElement* e = A.colHeads[c]; e != nullptr; e = e->nextInCol) {
       prev = writer.append(prev, c, e->row, e->value);
     }
   }
+}
+
+/// Row i of the lower triangle: the row list up to the diagonal, or the mirrored column list of a symmetric matrix.
+void FillLower(RegularSparseMatrix& result, const SparseMatrix& A) {
+  RowWriter writer(result);
+  const bool mirror = is_symmetric_sparse(A);
+  for (index_t i = 0; i < A.rows; ++i) {
+    SparseElement* prev = nullptr;
+    for (const SparseElement* e = mirror ? A.colHeads[i] : A.rowHeads[i]; e != nullptr;
+         e = mirror ? e->nextInCol : e->nextInRow) {
+      const index_t j = mirror ? e->row : e->col;
+      if (j > i) break;
+      if (e->value != 0.0) prev = writer.append(prev, i, j, e->value);
+    }
+  }
+}
+
+}  // namespace
+
+RegularSparseMatrix& transpose(RegularSparseMatrix& A) {
+  RequireOk(A, code::transpose_sparse);
+  const Consumed operand(A);
+  NewResult<RegularSparseMatrix> result(A.cols, A.rows);
+  FillTransposed(*result, A);
   return result.hand_over();
 }
 
@@ -58,18 +78,7 @@ RegularSparseMatrix& tril(const SparseMatrix& A) {
   RequireSquareShape(A, code::tril_sparse);
   const Consumed operand(A);
   NewResult<RegularSparseMatrix> result(A.rows, A.cols);
-  RowWriter writer(*result);
-  // Row i of the lower triangle: the row list up to the diagonal, or the mirrored column list of a symmetric matrix.
-  const bool mirror = is_symmetric_sparse(A);
-  for (index_t i = 0; i < A.rows; ++i) {
-    SparseElement* prev = nullptr;
-    for (const SparseElement* e = mirror ? A.colHeads[i] : A.rowHeads[i]; e != nullptr;
-         e = mirror ? e->nextInCol : e->nextInRow) {
-      const index_t j = mirror ? e->row : e->col;
-      if (j > i) break;
-      if (e->value != 0.0) prev = writer.append(prev, i, j, e->value);
-    }
-  }
+  FillLower(*result, A);
   return result.hand_over();
 }
 

@@ -9,36 +9,34 @@
 namespace quorvel::detail {
 
 // Row by row, in ascending columns. A common element whose new value is 0 is removed; an element of `other` alone comes
-// in unless it is 0; elements of `target` alone stay (negated in the reversed difference), stored zeros included. A
-// regular target takes the full rows of a symmetric `other`. Both are of one size; `other` may be `target` in the first
-// two. Cost: stored elements of both + rows + columns.
+// in unless it is 0; elements of `first` alone stay (negated in the reversed difference), stored zeros included.
+// `first` is the target, or is copied into it before, as Copy does. A regular target takes the full rows of a symmetric
+// `other`. `first` and `other` are of one size, and may be one object in the first two. Cost: stored elements of both
+// + rows + columns.
 
-void MergeSum(SparseMatrix& target, const SparseMatrix& other);         // target += other
-void MergeDifference(SparseMatrix& target, const SparseMatrix& other);  // target -= other
-void MergeReversed(SparseMatrix& target, const SparseMatrix& other);    // target = other - target
+void MergeSum(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other);         // first + other
+void MergeDifference(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other);  // first - other
+void MergeReversed(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other);    // other - first
 
-/// target = target Op other.
+/// target = first Op other.
 template <class Op>
-void MergeFirst(SparseMatrix& target, const SparseMatrix& other) {
-  Op::subtracts ? MergeDifference(target, other) : MergeSum(target, other);
+void MergeFirst(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  Op::subtracts ? MergeDifference(target, first, other) : MergeSum(target, first, other);
 }
 
-/// target = other Op target.
+/// target = other Op first.
 template <class Op>
-void MergeSecond(SparseMatrix& target, const SparseMatrix& other) {
-  Op::subtracts ? MergeReversed(target, other) : MergeSum(target, other);
+void MergeSecond(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  Op::subtracts ? MergeReversed(target, first, other) : MergeSum(target, first, other);
 }
 
 struct SparseMerge {
   template <class Op, class R>
   static void run(R& result, const SparseMatrix& a, const SparseMatrix& b) {
-    if (SameObject(result, a)) {
-      MergeFirst<Op>(result, b);
-    } else if (SameObject(result, b)) {
-      MergeSecond<Op>(result, a);
+    if (SameObject(result, b) && !SameObject(result, a)) {
+      MergeSecond<Op>(result, b, a);
     } else {
-      result.Copy(a, false);
-      MergeFirst<Op>(result, b);
+      MergeFirst<Op>(result, a, b);
     }
   }
 };
@@ -73,7 +71,6 @@ struct Sum<Op, SparseMerge, Code> {
       return *reused;
     }
     NewResult<R> fresh;
-    in_first ? fresh->Copy(a, false) : fresh->Copy(b, false);
     merge<Op>(*fresh, a, b, in_first);
     return fresh.hand_over();
   }
@@ -82,7 +79,7 @@ struct Sum<Op, SparseMerge, Code> {
   static X& compound(X& x, const Y& y) {
     RequireSameDim(x, y, Code);
     Consumed held(x, y);
-    MergeFirst<Op>(x, y);
+    MergeFirst<Op>(x, x, y);
     held.release(x);
     return x;
   }
@@ -90,7 +87,7 @@ struct Sum<Op, SparseMerge, Code> {
  private:
   template <class Operation>
   static void merge(SparseMatrix& target, const SparseMatrix& a, const SparseMatrix& b, bool in_first) {
-    in_first ? MergeFirst<Operation>(target, b) : MergeSecond<Operation>(target, a);
+    in_first ? MergeFirst<Operation>(target, a, b) : MergeSecond<Operation>(target, b, a);
   }
 };
 

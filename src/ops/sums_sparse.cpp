@@ -7,7 +7,7 @@
 #include "ops/sum_methods.h"
 #include "ops/sum_rows.inc"
 #include "ops/tables/sums.h"
-#include "sparse/append.h"
+#include "sparse/copy.h"
 #include "sparse/cursor.h"
 
 namespace quorvel::detail {
@@ -64,8 +64,16 @@ void MergeRow(RowWriter& writer, SparseMatrix& target, index_t i, LineCursor oth
 }
 
 template <class Signs>
-void Merge(SparseMatrix& target, const SparseMatrix& other) {
+void Merge(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  const bool apart = !SameObject(target, first);
+  const bool mirrored = is_mirrored_copy(target, first);
+  if (apart && mirrored) target.Copy(first, false);
+  if (apart && !mirrored) {
+    target.ThrowEquals(code::sparse_copy, first);
+    SizeForCopy(target, first);
+  }
   RowWriter writer(target);
+  if (apart && !mirrored) CopyRows(writer, first);
   const SparseLines lines(other);
   const bool stored_only = is_symmetric_sparse(target);
   for (index_t i = 0; i < target.rows; ++i) {
@@ -84,9 +92,15 @@ X& ConvertedSum(X& x, const Y& y) {
 
 }  // namespace
 
-void MergeSum(SparseMatrix& target, const SparseMatrix& other) { Merge<Added>(target, other); }
-void MergeDifference(SparseMatrix& target, const SparseMatrix& other) { Merge<Subtracted>(target, other); }
-void MergeReversed(SparseMatrix& target, const SparseMatrix& other) { Merge<SubtractedFrom>(target, other); }
+void MergeSum(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  Merge<Added>(target, first, other);
+}
+void MergeDifference(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  Merge<Subtracted>(target, first, other);
+}
+void MergeReversed(SparseMatrix& target, const SparseMatrix& first, const SparseMatrix& other) {
+  Merge<SubtractedFrom>(target, first, other);
+}
 
 }  // namespace quorvel::detail
 

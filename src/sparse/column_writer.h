@@ -10,7 +10,7 @@ namespace quorvel::detail {
 /// of a symmetric matrix are not for it. Indices are taken as given.
 class ColumnWriter {
  public:
-  explicit ColumnWriter(SparseMatrix& target) : target_(target), rows_(target) {}
+  explicit ColumnWriter(SparseMatrix& target) : target_(target), rows_(target) { rows_.begin(); }
 
   SparseElement* append(SparseElement* prevInCol, index_t row, index_t col, double value) {
     SparseElement* const e = NewElement(target_, row, col, value);

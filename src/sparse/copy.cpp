@@ -11,17 +11,6 @@ using detail::index_t;
 
 namespace {
 
-/// Every element to its own place.
-void CopyRows(SparseMatrix& target, const SparseMatrix& source) {
-  detail::RowWriter writer(target);
-  for (index_t i = 0; i < source.rows; ++i) {
-    SparseElement* prev = nullptr;
-    for (const SparseElement* e = source.rowHeads[i]; e != nullptr; e = e->nextInRow) {
-      prev = writer.append(prev, e->row, e->col, e->value);
-    }
-  }
-}
-
 /// Row i ascends strictly from the diagonal on, as the symmetric kind's own operations leave it.
 bool IsUpperRow(const SparseMatrix& a, index_t i) noexcept {
   const SparseElement* e = a.rowHeads[i];
@@ -49,6 +38,8 @@ void CopyRowAndMirror(SparseMatrix& target, const SparseMatrix& source, index_t 
 void CopyBothTriangles(SparseMatrix& target, const SparseMatrix& source) {
   detail::ListHints<ByRow> rows(target);
   detail::ListHints<ByCol> cols(target);
+  rows.begin();
+  cols.begin();
   const auto add = [&](index_t row, index_t col, double value, int failure) {
     if (row >= target.rows || col >= target.cols) detail::FailWith(failure);
     SparseElement* const e = detail::NewElement(target, row, col, value);
@@ -76,16 +67,30 @@ void ChangeEach(SparseMatrix& a, Change change) noexcept {
 
 namespace quorvel::detail {
 
-void CopyStored(SparseMatrix& target, const SparseMatrix& source, bool negate) {
+void SizeForCopy(SparseMatrix& target, const SparseMatrix& source) {
   const index_t rows = source.rows;
   const index_t cols = source.cols;
   target.Clear();
   target.SetSize(rows, cols, true);
   if (target.growBy == 0) target.growBy = source.growBy;
-  if (is_symmetric_sparse(source) && !is_symmetric_sparse(target)) {
+}
+
+void CopyRows(RowWriter& writer, const SparseMatrix& source) {
+  for (index_t i = 0; i < source.rows; ++i) {
+    SparseElement* prev = nullptr;
+    for (const SparseElement* e = source.rowHeads[i]; e != nullptr; e = e->nextInRow) {
+      prev = writer.append(prev, e->row, e->col, e->value);
+    }
+  }
+}
+
+void CopyStored(SparseMatrix& target, const SparseMatrix& source, bool negate) {
+  SizeForCopy(target, source);
+  if (is_mirrored_copy(target, source)) {
     CopyBothTriangles(target, source);
   } else {
-    CopyRows(target, source);
+    RowWriter writer(target);
+    CopyRows(writer, source);
   }
   if (negate) target.Negate();
 }

@@ -11,6 +11,17 @@ namespace quorvel::detail {
 /// From a sparse matrix of either kind: every stored element, both triangles of a symmetric source in a regular target.
 void CopyStored(SparseMatrix& target, const SparseMatrix& source, bool negate);
 
+// The same in two steps, for a caller who has more to write before the columns are linked, unless the copy is one with
+// mirror images: a symmetric source in a regular target.
+
+/// Empties the target and gives it the size of the source, and its block size when it has none.
+void SizeForCopy(SparseMatrix& target, const SparseMatrix& source);
+void CopyRows(RowWriter& writer, const SparseMatrix& source);
+
+inline bool is_mirrored_copy(const SparseMatrix& target, const SparseMatrix& source) noexcept {
+  return is_symmetric_sparse(source) && !is_symmetric_sparse(target);
+}
+
 /// From a dense kind: the elements that are not 0.0.
 template <class T>
 void CopyDense(SparseMatrix& target, const T& source) {

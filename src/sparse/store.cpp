@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/storage.h"
-#include "quorvel/SparseMatrix.h"
+#include "sparse/pool.h"
 
 static_assert(sizeof(void*) != 4 || (sizeof(SparseElement) == 24 && offsetof(SparseElement, value) == 8));
 static_assert(sizeof(void*) != 4 || sizeof(SparseMatrix) == 44);
@@ -94,29 +94,33 @@ void SparseMatrix::Initialize(unsigned rowCount, unsigned colCount) {
   growBy = 0;
 }
 
-void SparseMatrix::AllocateMoreSpaces() {
-  unsigned count = growBy;
+SparseElement* quorvel::detail::AddBlock(SparseMatrix& a) {
+  unsigned count = a.growBy;
   if (count == 0) {
-    quorvel::detail::RequireSize(std::min(rows, cols), 20);
-    count = std::min(rows, cols) + 20;
+    RequireSize(std::min(a.rows, a.cols), 20);
+    count = std::min(a.rows, a.cols) + 20;
   }
   // One record cannot be an element and the link at once.
   if (count == 1) count = 2;
   // never all ways: a count of 32 bits fits, which the language asks
   SparseElement* const block = new SparseElement[count];
-  growBy = count;
-  for (unsigned i = 0; i + 1 < count; ++i) block[i].nextInCol = block + i + 1;
+  a.growBy = count;
   SparseElement* const link = LinkSlot(block, count);
   link->nextInCol = nullptr;
-  freeHead = block;
-  if (firstBlock == nullptr) {
-    firstBlock = block;
+  if (a.firstBlock == nullptr) {
+    a.firstBlock = block;
     link->nextInRow = block;
   } else {
-    SparseElement*& lastBlock = LinkSlot(firstBlock, growBy)->nextInRow;
-    LinkSlot(lastBlock, growBy)->nextInCol = block;
+    SparseElement*& lastBlock = LinkSlot(a.firstBlock, count)->nextInRow;
+    LinkSlot(lastBlock, count)->nextInCol = block;
     lastBlock = block;
   }
+  return block;
+}
+
+void SparseMatrix::AllocateMoreSpaces() {
+  SparseElement* const block = quorvel::detail::AddBlock(*this);
+  quorvel::detail::ChainRecords(*this, block, LinkSlot(block, growBy));
 }
 
 void SparseMatrix::Clear() noexcept {

@@ -172,12 +172,15 @@ TEST(SparseFailure, Lines) {
   EXPECT_EQ(FailPart(r, [](RS& x) { x.RemoveCols(2, 3); }), 0u);
 }
 
-// More columns than the scratch on the stack holds: its allocation comes first.
+// More columns than the scratch on the stack holds: its allocation comes first. A copy needs none.
 TEST(SparseFailure, WideMatrices) {
   RS a(3, 100);
   a.Put(0, 70, 1.0);
   a.Put(2, 70, 2.0);
-  EXPECT_GT(FailWhole(a, [](RS& x) { RS(std::as_const(x)); }), 3u);
+  EXPECT_EQ(FailWhole(a, [](RS& x) { RS(std::as_const(x)); }), 3u);
+  RS b(3, 100);
+  b.Put(1, 70, 3.0);
+  EXPECT_EQ(FailWhole(a, [&](RS& x) { x += std::as_const(b); }), 1u);
   SS s(100);
   s.Put(3, 80, 1.0);
   EXPECT_GT(FailWhole(s, [](SS& x) { RS(std::as_const(x)); }), 4u);

@@ -90,13 +90,36 @@ TEST(SparseRule, LinesStayInsideAMatrixThatIsNotSquare) {
   EXPECT_EQ(seen, 0u) << "an element outside the matrix";
 }
 
+// Changes one row of a matrix, through the writer or in single steps: elements come in and go, now and then a cell
+// comes again. Equal generators make equal choices.
+template <class Append, class Remove>
+void ChangeRow(SparseMatrix& a, unsigned i, unsigned first, bool twice_behind, Random random, Append append,
+               Remove remove) {
+  SparseElement* prev = nullptr;
+  SparseElement* e = a.rowHeads[i];
+  const auto pass = [&] { prev = std::exchange(e, e->nextInRow); };
+  for (unsigned j = first; j < a.cols; ++j) {
+    while (e != nullptr && e->col < j) pass();
+    const bool here = e != nullptr && e->col == j;
+    const unsigned action = random.Below(6);
+    if (here && action == 0) {
+      remove(prev, std::exchange(e, e->nextInRow));
+    } else if (action == 1 && (!here || random.Chance(3))) {
+      while (twice_behind && e != nullptr && e->col == j) pass();
+      prev = append(prev, i, j, 10.0 * i + j);
+    }
+  }
+}
+
 // A merge in single steps, and through the writer: the same records everywhere.
 TYPED_TEST(SparseRule, WriterDoesWhatSingleStepsDo) {
   constexpr bool symmetric = std::is_same_v<TypeParam, SS>;
-  for (unsigned trial = 0; trial < 300; ++trial) {
+  for (unsigned trial = 0; trial < 600; ++trial) {
     SCOPED_TRACE(trial);
     Random random(trial);
     const unsigned n = 1 + random.Below(trial % 10 == 0 ? 80 : 12);
+    const bool empty = trial % 2 == 0;
+    const auto columns = trial % 3 == 0 ? RowWriter::Columns::at_once : RowWriter::Columns::when_done;
     TypeParam bulk(n, n);
     if (random.Chance(2)) bulk.SetGrowBy(random.Below(7));
     Random again = random;
@@ -104,37 +127,38 @@ TYPED_TEST(SparseRule, WriterDoesWhatSingleStepsDo) {
     if (bulk.growBy != 0) single.SetGrowBy(bulk.growBy - 1);
     Scatter(bulk, 2 * n, random);
     Scatter(single, 2 * n, again);
-    RowWriter writer(bulk);
-    unsigned turns = 2;
-    for (unsigned i = 0; i < n; ++i) {
-      if (turns != 0 && random.Chance(10)) {  // going back is allowed
-        i -= random.Below(i + 1);
-        --turns;
-      }
-      SparseElement* prev = nullptr;
-      SparseElement* prev_single = nullptr;
-      SparseElement* e = bulk.rowHeads[i];
-      SparseElement* e_single = single.rowHeads[i];
-      for (unsigned j = symmetric && !random.Chance(8) ? i : 0; j < n; ++j) {
-        while (e != nullptr && e->col < j) {
-          prev = std::exchange(e, e->nextInRow);
-          prev_single = std::exchange(e_single, e_single->nextInRow);
-        }
-        const bool here = e != nullptr && e->col == j;
-        const unsigned action = random.Below(6);
-        if (here && action == 0) {
-          SparseElement* const next = e->nextInRow;
-          SparseElement* const next_single = e_single->nextInRow;
-          writer.remove(prev, std::exchange(e, next));
-          single.SparseMatrixRemove(prev_single, std::exchange(e_single, next_single));
-        } else if (action == 1 && (!here || random.Chance(3))) {  // sometimes a second one of the same index
-          prev = writer.append(prev, i, j, trial);
-          prev_single = single.SparseMatrixInsert(prev_single, i, j, trial);
-        }
-      }
-      ASSERT_EQ(PlacesOf(bulk), PlacesOf(single)) << "row " << i;
+    if (empty) {  // with a pool that was used
+      bulk.Clear();
+      single.Clear();
     }
+    const bool linked_late = bulk.used == 0 && columns == RowWriter::Columns::when_done;
+    {
+      RowWriter writer(bulk, columns);
+      for (unsigned round = 0; round < (empty ? 2 : 1); ++round) {
+        unsigned turns = 2;
+        for (unsigned i = 0; i < n; ++i) {
+          if (turns != 0 && random.Chance(10)) {  // going back is allowed
+            i -= random.Below(i + 1);
+            --turns;
+          }
+          const unsigned first = symmetric && !random.Chance(8) ? i : 0;
+          ChangeRow(
+              bulk, i, first, linked_late, random,
+              [&](auto... of) { return writer.append(of...); }, [&](auto... of) { writer.remove(of...); });
+          ChangeRow(
+              single, i, first, linked_late, random,
+              [&](auto... of) { return single.SparseMatrixInsert(of...); },
+              [&](auto... of) { single.SparseMatrixRemove(of...); });
+          random.Below(1000);
+          if (!linked_late) {
+            ASSERT_EQ(CellsOf(bulk), CellsOf(single)) << "row " << i;
+          }
+        }
+      }
+    }
+    ASSERT_EQ(PlacesOf(bulk), PlacesOf(single));
     EXPECT_EQ(bulk.used, single.used);
+    EXPECT_EQ(bulk.HeapReserved(), single.HeapReserved());
   }
 }
 
