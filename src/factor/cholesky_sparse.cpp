@@ -6,61 +6,18 @@
 // row on; both form their sums in increasing column order, as the dense factors do.
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "core/ownership.h"
 #include "factor/cholesky_template.h"
+#include "factor/column_set.h"
 #include "quorvel/cholesky.h"
 #include "sparse/append.h"
 #include "sparse/cursor.h"
 
 namespace quorvel::detail {
 namespace {
-
-/// A set of columns that is emptied in order.
-class Marks {
- public:
-  explicit Marks(index_t n) : words_((std::size_t{n} + 63) / 64) {}
-  void add(index_t j) noexcept { words_[j / 64] |= bit(j); }
-
-  /// Removes the first member of first .. end - 1; false when there is none. Goes on from `first`.
-  bool take_first(index_t& first, index_t end) noexcept {
-    for (; first < end; ++first) {
-      if (words_[first / 64] == 0) {
-        first |= 63;
-      } else if (take(first)) {
-        return true;
-      }
-    }
-    return false;
-  }
-
-  /// Removes the last member of begin .. last - 1, which becomes `last`.
-  bool take_last(index_t& last, index_t begin) noexcept {
-    while (last > begin) {
-      --last;
-      if (words_[last / 64] == 0) {
-        last &= ~index_t{63};
-      } else if (take(last)) {
-        return true;
-      }
-    }
-    return false;
-  }
-
- private:
-  static std::uint64_t bit(index_t j) noexcept { return std::uint64_t{1} << (j % 64); }
-  bool take(index_t j) noexcept {
-    std::uint64_t& word = words_[j / 64];
-    if ((word & bit(j)) == 0) return false;
-    word &= ~bit(j);
-    return true;
-  }
-
-  std::vector<std::uint64_t> words_;
-};
 
 /// Divides by the plain diagonal; no row is singular.
 class PlainPivots {
@@ -118,8 +75,14 @@ template <Side side, class Pivots>
 class RowFactor {
  public:
   RowFactor(const SymmetricSparseMatrix& a, RegularSparseMatrix& factor, Pivots& pivots)
-      : a_(a), n_(a.rows), factor_(factor), writer_(factor, RowWriter::Columns::at_once), pivots_(pivots), marks_(n_),
-        a_row_(n_, 0.0), row_(n_, 0.0) {}
+      : a_(a),
+        n_(a.rows),
+        factor_(factor),
+        writer_(factor, RowWriter::Columns::at_once),  // they say where fill-in arises
+        pivots_(pivots),
+        marks_(n_),
+        a_row_(n_, 0.0),
+        row_(n_, 0.0) {}
 
   void build() {
     for (index_t k = 0; k < n_; ++k) build_row(side == Side::lower ? k : n_ - 1 - k);
@@ -133,9 +96,9 @@ class RowFactor {
     }
     columns_.clear();
     if constexpr (side == Side::lower) {
-      for (index_t j = 0; marks_.take_first(j, i); ++j) visit(j);
+      while (!marks_.empty()) visit(marks_.take_first());
     } else {
-      for (index_t j = n_; marks_.take_last(j, i + 1);) visit(j);
+      while (!marks_.empty()) visit(marks_.take_last());
     }
     finish(i);
     for (const index_t j : columns_) row_[j] = 0.0;
@@ -205,7 +168,7 @@ class RowFactor {
   RegularSparseMatrix& factor_;
   RowWriter writer_;
   Pivots& pivots_;
-  Marks marks_;
+  ColumnSet marks_;
   std::vector<double> a_row_;     // the row of A; 0.0 where it has no element
   std::vector<double> row_;       // the row of the factor as far as it is known
   std::vector<index_t> columns_;  // where it is not zero

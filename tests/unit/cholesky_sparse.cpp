@@ -236,6 +236,33 @@ TEST(CholeskySparse, OwnershipAndEmptyMatrix) {
   EXPECT_EQ(empty.nsing(), 0);
 }
 
+// A bidiagonal triangle times its transpose, and one element at the far end of a long line: all exact. A line costs
+// what it stores, however far apart that lies.
+TEST(CholeskySparse, LongLinesWithElementsFarApart) {
+  constexpr unsigned n = 20000;
+  const auto check = [](const RegularSparseMatrix& factor, unsigned far_row, unsigned far_col, unsigned next_row,
+                        unsigned next_col) {
+    ASSERT_EQ(factor.used, 2 * n);
+    for (unsigned i = 0; i < n; ++i) ASSERT_EQ(factor(i, i), 2.0) << i;
+    for (unsigned i = 0; i + 1 < n; ++i) ASSERT_EQ(factor(i + next_row, i + next_col), 1.0) << i;
+    ASSERT_EQ(factor(far_row, far_col), 1.0);
+  };
+  SymmetricSparseMatrix A(n);
+  for (unsigned i = 0; i < n; ++i) {
+    A.Put(i, i, i == 0 ? 4.0 : i + 1 == n ? 6.0 : 5.0);
+    if (i + 1 < n) A.Put(i, i + 1, 2.0);
+  }
+  A.Put(0, n - 1, 2.0);  // 1 times the first diagonal element
+  A.Put(1, n - 1, 1.0);  // 1 times the element below that
+  check(RegularSparseMatrix(CholeskyFactor(std::as_const(A), 1e-12)), n - 1, 0, 1, 0);
+  check(RegularSparseMatrix(CholeskySquareRootLower(std::as_const(A))), n - 1, 0, 1, 0);
+  A.Put(0, 0, 6.0);
+  A.Put(n - 1, n - 1, 4.0);
+  A.Put(1, n - 1, 0.0);
+  A.Put(0, n - 2, 1.0);
+  check(RegularSparseMatrix(CholeskySquareRootUpper(std::as_const(A))), 0, n - 1, 0, 1);
+}
+
 TEST(SingularityCount, SparseDiagonal) {
   RegularSparseMatrix wide(3, 5);
   wide.Put(0, 0, 2.0);
