@@ -23,7 +23,7 @@
 ///
 /// Throws 50510 (A not ok), 10680 (memory). Exact order: S = sum of L(i, k)*L(j, k), k increasing from 0.0;
 /// L(i, j) = (A(i, j) - S)*(1/sqrt(pivot of j)); the stored diagonal is 1/(1/sqrt(pivot)). Cost: n^3/3 operations, one
-/// array for the result (none when A is dispensable), scratch on the heap above order 24.
+/// array for the result (none when A is dispensable), no other memory.
 /// Golub, Van Loan, Matrix Computations, 4.2.
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(SymmetricMatrix& A, double tol);
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskyFactor(const SymmetricMatrix& A, double tol);
@@ -41,8 +41,7 @@
 /// negative one NaN, and nothing is counted (the singularity count is -1).
 ///
 /// Throws 50000 (A not ok), 10680. Exact order: S = sum of L(i, k)*L(j, k), k increasing from 0.0;
-/// L(i, j) = (A(i, j) - S)/L(j, j), L(i, i) = sqrt(A(i, i) - S). Cost: n^3/3 operations, one array, scratch above order
-/// 24.
+/// L(i, j) = (A(i, j) - S)/L(j, j), L(i, i) = sqrt(A(i, i) - S). Cost and memory as CholeskyFactor.
 [[nodiscard]] QUORVEL_API LowerTriangularMatrix& CholeskySquareRootLower(const SymmetricMatrix& A);
 
 /// The plain root A = U*U' (not U'*U) with U upper triangular, built from the last row upwards, as square-root
@@ -51,8 +50,8 @@
 ///   UpperTriangularMatrix U(CholeskySquareRootUpper(A));
 ///   SymmetricMatrix back(sym(U * transpose(U)));           // A, up to rounding
 ///
-/// Codes, singular cases and cost as the lower root. Exact order: S = sum of U(r, k)*U(c, k), k = c+1 .. n-1 increasing
-/// from 0.0; U(r, c) = (A(r, c) - S)/U(c, c), U(r, r) = sqrt(A(r, r) - S).
+/// Codes, singular cases and cost as the lower root, with scratch on the heap above order 24. Exact order: S = sum of
+/// U(r, k)*U(c, k), k = c+1 .. n-1 increasing from 0.0; U(r, c) = (A(r, c) - S)/U(c, c), U(r, r) = sqrt(A(r, r) - S).
 [[nodiscard]] QUORVEL_API UpperTriangularMatrix& CholeskySquareRootUpper(const SymmetricMatrix& A);
 
 /// The plain roots of a sparse A, as n x n sparse matrices that hold one triangle; zeros are not stored. Values as the

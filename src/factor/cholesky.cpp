@@ -87,9 +87,9 @@ Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool 
     ReportRootOf(least);
     return static_cast<Matrix::nsing_type>(singular);
   }
-  if (a != lower.data()) CopyDoubles(lower.data(), a, packed_count(n));
   CholeskyPanel panel;
   panel.packed = lower.data();
+  panel.source = a;
   panel.order = n;
   panel.divide = divide;
   panel.tolerance = tolerance;

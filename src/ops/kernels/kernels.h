@@ -59,7 +59,7 @@ inline constexpr kernel_index widest_panel = 24;
 inline constexpr kernel_index small_factor = 24;
 
 /// Orders up to this one: a Cholesky factor is found column by column rather than by panels.
-inline constexpr kernel_index few_columns = 56;
+inline constexpr kernel_index few_columns = 40;
 
 /// Rows of a U-D factor that are found together, at most.
 inline constexpr kernel_index unit_strip = 64;
@@ -68,6 +68,7 @@ inline constexpr kernel_index unit_strip = 64;
 inline constexpr kernel_index most_columns = 8;
 struct CholeskyPanel {
   double* packed;
+  const double* source;  // A's lower triangle, packed as the factor is; it may be the same array
   kernel_index order;
   kernel_index first, count;   // columns first .. first + count - 1, the ones before it being finished
   bool divide;                 // by `scale`, the root of the pivot; otherwise multiply by it, the root's reciprocal
