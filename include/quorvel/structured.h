@@ -114,8 +114,8 @@ QUORVEL_API SymmetricMatrix& SymmetricOfProduct(SymmetricMatrix& R, const Regula
 /// (With order 0, only 0 is a block size.)
 ///
 /// Cost: m^2 n + m n(n + 1)/2 multiplications. Scratch besides the result: up to m = 64 on the stack; beyond, m
-/// times the smaller of n and 24 doubles, of n and 8 with a diagonal or sparse P, m > 4096 and
-/// n < 96; twice that with a sparse one.
+/// times the smaller of n and 24 doubles (72 with a full P and n >= 192), of n and 8 with a diagonal or sparse P,
+/// m > 4096 and n < 96; twice that with a sparse one.
 ///
 ///     SymmetricMatrix N(ATPA(A, P));
 [[nodiscard]] QUORVEL_API SymmetricMatrix& ATPA(const RegularMatrix& A, const SymmetricMatrix& P);

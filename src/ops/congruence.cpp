@@ -14,12 +14,15 @@ constexpr unsigned strip = 24;  // a multiple of every instance's tile
 constexpr unsigned stack_lines = 64;
 constexpr unsigned long_lines = 4096;
 constexpr unsigned narrow_strip = 8;
+constexpr unsigned wide_strip = 3 * strip;
+constexpr unsigned many_rows = 8 * strip;  // each strip reads all of X and Q: of so many rows fewer, wider ones
 using StripScratch = SmallScratch<strip * stack_lines>;
 
 /// Rows of the result in a strip, and the length of a line of its scratch. On the heap w is no wider than the result;
 /// and where m is not limited by the size of Q, a long w is narrow unless X is much larger than a wide one.
 unsigned WidthOfStrip(unsigned n, unsigned m, bool full_q) noexcept {
   if (m <= stack_lines) return strip;
+  if (full_q && n >= many_rows) return wide_strip;
   const unsigned widest = full_q || m <= long_lines || n >= 4 * strip ? strip : narrow_strip;
   return n < widest ? n : widest;
 }

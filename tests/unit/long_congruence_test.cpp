@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <vector>
 
 #include "quorvel/quorvel.h"
@@ -79,16 +80,20 @@ TEST(LongCongruences, FollowTheirSums) {
   }
 }
 
-// Q is full, and so long that the sums over it are formed in several steps.
-TEST(LongCongruences, WithAFullMatrix) {
-  const unsigned m = 1100, n = 27;
-  const Observations a(m, n);
+SymmetricMatrix FullWeights(unsigned m) {
   SymmetricMatrix q(m);
   for (unsigned k = 0; k < q.StoredCount(); ++k) q.data()[k] = Value(k + 11);
+  return q;
+}
+
+// Row i of both congruences with a full Q, beside sums that ascend for every element.
+void CheckRow(unsigned m, unsigned n, std::initializer_list<unsigned> rows) {
+  const Observations a(m, n);
+  const SymmetricMatrix q(FullWeights(m));
   const SymmetricMatrix by_columns(ATPA(a.by_columns, q)), by_rows(AQAT(a.by_rows, q));
-  for (const unsigned i : {0u, 25u}) {
+  for (const unsigned i : rows) {
     std::vector<double> w(m, 0.0);
-    for (unsigned t = 0; t < m; ++t) {  // ascending for every element
+    for (unsigned t = 0; t < m; ++t) {
       for (unsigned k = 0; k < m; ++k) {
         const unsigned line = k < t ? k : t, along = k < t ? t : k;
         w[k] += q.data()[line * m - line * (line + 1) / 2 + along] * a.by_rows.data()[i * m + t];
@@ -100,11 +105,21 @@ TEST(LongCongruences, WithAFullMatrix) {
       for (unsigned t = 0; t < m; ++t) sum += a.by_rows.data()[j * m + t] * w[t];
       if (!SameBits(by_columns(i, j), sum) || !SameBits(by_rows(i, j), sum)) ++wrong;
     }
-    EXPECT_EQ(wrong, 0u) << i;
+    EXPECT_EQ(wrong, 0u) << "m = " << m << ", n = " << n << ", row " << i;
   }
 }
 
-// No more scratch than the operand with few unknowns, and 8 lines of it with many.
+// Q is so long that the sums over it are formed in several steps.
+TEST(LongCongruences, WithAFullMatrix) { CheckRow(1100, 27, {0u, 25u}); }
+
+// The result has so many rows that more of them are formed together.
+TEST(LongCongruences, OfManyRows) {
+  CheckRow(65, 191, {0u, 24u, 190u});
+  CheckRow(65, 192, {0u, 71u, 72u, 150u, 191u});
+  CheckRow(130, 221, {5u, 143u, 144u, 217u, 220u});
+}
+
+// No more scratch than the operand with few unknowns, and 8 lines of it with many, of a full Q 24 or 72.
 TEST(LongCongruences, LittleScratch) {
   const unsigned m = 5000;
   for (const unsigned n : {1u, 3u, 50u}) {
@@ -117,6 +132,14 @@ TEST(LongCongruences, LittleScratch) {
     before = AllocatedBytes();
     AQAT(a.by_rows, a.correlated).DestroyIfDispensable();
     EXPECT_EQ(AllocatedBytes() - before, result + 16ull * lines * m) << n;
+  }
+  for (const unsigned n : {23u, 50u, 191u, 192u}) {
+    const Observations a(70, n);
+    const SymmetricMatrix q(FullWeights(70));
+    const unsigned lines = n < 24 ? n : n < 192 ? 24 : 72;
+    const unsigned long long before = AllocatedBytes();
+    AQAT(a.by_rows, q).DestroyIfDispensable();
+    EXPECT_EQ(AllocatedBytes() - before, sizeof(SymmetricMatrix) + 8ull * (n * (n + 1) / 2 + lines * 70)) << n;
   }
 }
 

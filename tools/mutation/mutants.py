@@ -32,8 +32,8 @@ NOT = re.compile(r"(?<![\w)])!(?=[\w(])")
 WORD = re.compile(r"\b(true|false)\b")
 # Left alone, since no test of results could tell: sizes of blocks and of scratch on the stack (beyond it scratch comes
 # from the heap), and what is reserved or fetched ahead. The counted instructions and the benchmarks hold these.
-TUNING = re.compile(r"constexpr .*\b(ahead|block|direct_limit|long_panels|near_lines|on_stack|panel_width|row_block|"
-                    r"small_sums|stack|stack_lines|term_block) = .*|"
+TUNING = re.compile(r"constexpr .*\b(ahead|block|direct_limit|long_panels|many_rows|near_lines|on_stack|panel_width|row_block|"
+                    r"small_sums|stack|stack_lines|term_block|wide_strip) = .*|"
                     r"WorkArea<.*?> |\breserve\(.*|__builtin_prefetch\(.*|\bask_for\(.*")
 
 
