@@ -65,7 +65,7 @@ for run in $(seq $runs); do
 done
 
 say "report"
-build/bench/benchmarks/bench_report benchmarks/targets.csv benchmarks/remarks.txt docs/PERFORMANCE.md.in "$out" \
+build/bench/benchmarks/bench_report benchmarks/targets.csv benchmarks/arithmetic.csv benchmarks/remarks.txt docs/PERFORMANCE.md.in "$out" \
   "$raw"/*.txt >build/bench/pictures.gnuplot
 rm -f "$out"/performance/*.svg
 gnuplot build/bench/pictures.gnuplot

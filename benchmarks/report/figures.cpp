@@ -83,6 +83,16 @@ void ReadTargets(const std::string& path, Figures& figures) {
   }
 }
 
+void ReadArithmetic(const std::string& path, Figures& figures) {
+  std::ifstream file = Open(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::vector<std::string> f = Split(line, ',');
+    if (f.size() != 3) throw std::runtime_error(path + ": not an operation: " + line);
+    figures.arithmetic[f[0]] = {std::stod(f[1]), std::stod(f[2])};
+  }
+}
+
 void ReadRemarks(const std::string& path, Figures& figures) {
   std::ifstream file = Open(path);
   for (std::string line; std::getline(file, line);) {
@@ -128,6 +138,33 @@ double TargetOf(const Figures& figures, const Operation& operation, Point point,
     }
   }
   return 0.0;
+}
+
+namespace {
+
+// Multiplications, each with an addition, per second at the best; 0 when the peak was not measured.
+double PeakRate(const Figures& figures) {
+  double best = 0.0;
+  for (const Operation& operation : figures.operations) {
+    if (operation.chapter != "peak") continue;
+    for (const auto& [point, runs] : operation.points) {
+      const double n = point.first;
+      best = std::max(best, n * n * n / Seconds(runs, "peak", "default"));
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+bool BeyondPeak(const Figures& figures, const Operation& operation, Point point, const Column& column) {
+  const auto arithmetic = figures.arithmetic.find(operation.name);
+  const double rate = PeakRate(figures);
+  if (arithmetic == figures.arithmetic.end() || rate == 0.0) return false;
+  const double n = point.first;
+  const double pairs = (arithmetic->second.cubic * n + arithmetic->second.quadratic) * n * n;
+  const double peer = Seconds(operation.points.at(point), column.who, column.flavour);
+  return TargetOf(figures, operation, point, column.label) * peer < pairs / rate;
 }
 
 std::vector<Column> ColumnsOf(const Operation& operation) {

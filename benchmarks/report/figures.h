@@ -48,16 +48,23 @@ struct Target {
   double ratio;
 };
 
+/// Multiplications, each with an addition: cubic * n^3 + quadratic * n^2.
+struct Arithmetic {
+  double cubic, quadratic;
+};
+
 struct Figures {
   std::vector<std::string> machine;    ///< "key: value", of all runs
   std::vector<Operation> operations;   ///< in the order of the programme
   std::vector<Target> targets;
+  std::map<std::string, Arithmetic> arithmetic;  ///< by operation
   std::map<std::string, std::string> remarks;  ///< by operation: why a peer is faster
 };
 
 /// Reads a run; its file is named <flavour>-<anything>.
 void ReadRun(const std::string& path, Figures& figures);
 void ReadTargets(const std::string& path, Figures& figures);
+void ReadArithmetic(const std::string& path, Figures& figures);
 void ReadRemarks(const std::string& path, Figures& figures);
 
 /// The median of `who` in all runs of a flavour ("" for any), in seconds; 0 when it took no part.
@@ -68,6 +75,10 @@ double Ratio(const std::vector<Run>& runs, const Column& column);
 std::string Form(const std::vector<Run>& runs, const Column& column);
 /// The target, 0 when there is none.
 double TargetOf(const Figures& figures, const Operation& operation, Point point, const std::string& column);
+
+/// Whether the target asks for less time than the operation's multiplications and additions take, not fused, at the
+/// measured peak.
+bool BeyondPeak(const Figures& figures, const Operation& operation, Point point, const Column& column);
 
 /// Columns in which the operation has a ratio somewhere.
 std::vector<Column> ColumnsOf(const Operation& operation);

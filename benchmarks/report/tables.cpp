@@ -37,11 +37,16 @@ std::string Name(Point point) {
 // Two figures decide; a target that is missed by less than the measurement can tell is met.
 bool Meets(double ratio, double target) { return ratio <= target * 1.02; }
 
+constexpr const char* kBeyond = "†";  // behind a target that the arithmetic alone misses
+
 // "0.38", with its target in parentheses; bold when it misses it.
-std::string Cell(double ratio, double target) {
+std::string Cell(const Figures& figures, const Operation& operation, Point point, const Column& column) {
+  const double ratio = Ratio(operation.points.at(point), column);
+  const double target = TargetOf(figures, operation, point, column.label);
   if (!(ratio > 0.0)) return "";
   if (!(target > 0.0)) return Text("%.2f", ratio);
-  return Meets(ratio, target) ? Text("%.2f (%.2f)", ratio, target) : Text("**%.2f** (%.2f)", ratio, target);
+  if (Meets(ratio, target)) return Text("%.2f (%.2f)", ratio, target);
+  return Text("**%.2f** (%.2f%s)", ratio, target, BeyondPeak(figures, operation, point, column) ? kBeyond : "");
 }
 
 bool Slower(const Operation& operation) {
@@ -72,7 +77,7 @@ std::string RatioTable(const Figures& figures, const Operation& operation) {
   for (const auto& [point, runs] : operation.points) {
     body += "| " + Name(point) + " | " + Duration(Seconds(runs, kOurs, "")) + " |";
     for (const Column& column : columns) {
-      body += " " + Cell(Ratio(runs, column), TargetOf(figures, operation, point, column.label)) + " |";
+      body += " " + Cell(figures, operation, point, column) + " |";
     }
     body += "\n";
   }
@@ -119,6 +124,7 @@ Score ScoreOf(const Figures& figures, const Operation& operation) {
         ++score.met;
       } else {
         missed += (missed.empty() ? "" : ", ") + Name(point);
+        if (BeyondPeak(figures, operation, point, column)) missed += kBeyond;
       }
     }
     if (!missed.empty()) score.missed += (score.missed.empty() ? "" : "; ") + column.label + " at " + missed;
@@ -201,7 +207,7 @@ std::string Growth(const Figures& figures) {
       const double seconds = Seconds(runs, kOurs, "default");
       text += Text("| %u | %s | %.1f ns |", point.first, Duration(seconds).c_str(), seconds / point.first * 1e9);
       for (const Column& column : columns) {
-        text += " " + Cell(Ratio(runs, column), TargetOf(figures, operation, point, column.label)) + " |";
+        text += " " + Cell(figures, operation, point, column) + " |";
       }
       text += "\n";
     }
