@@ -3,6 +3,7 @@
 
 usage: mutate.py [--build build/release] [--count 300 [--skip 0] | --all] [--seed 1] [--jobs 1] [--again RESULTS]
                  [--results FILE] [--minimum PERCENT] [--work DIRECTORY] [FOLDER...]
+       mutate.py --check [FOLDER...]    only: does every line of explained.txt still describe one place?
 
 BUILD is a finished Ninja build with its tests. Changed are comparisons, signs, bounds, constants and logic in FOLDER...
 (src/ops src/sparse src/factor src/core). Only the translation units that see the change are compiled again, at -O1; the
@@ -272,6 +273,16 @@ class Worker:
         return None
 
 
+def mutants_of(root, folders):
+    """(file, site) of every mutant of the sources in these folders."""
+    everything = []
+    for folder in folders:
+        for path in sorted((root / folder).rglob("*")) if (root / folder).is_dir() else [root / folder]:
+            if path.suffix in (".cpp", ".h", ".inc"):
+                everything += [(str(path.relative_to(root)), site) for site in mutants.sites(path.read_text())]
+    return everything
+
+
 def explained_reasons(everything, plain):
     """(file, site) -> reason. One line of explained.txt speaks of one site: one that speaks of none, or of several, ends
     the run."""
@@ -280,7 +291,7 @@ def explained_reasons(everything, plain):
         _, text, change = place(mutant, plain)
         named.setdefault((mutant[0], text, change), []).append(mutant)
     files = {mutant[0] for mutant in everything}
-    reasons = {}
+    reasons, wrong = {}, []
     for line in Path(__file__).with_name("explained.txt").read_text().splitlines():
         if not line.strip() or line.startswith("#"):
             continue
@@ -290,13 +301,16 @@ def explained_reasons(everything, plain):
             continue  # of a folder that is left alone
         same = named.get((file, text, change), [])
         if not (0 < int(number) <= len(same) if number else len(same) == 1):
-            sys.exit(f"explained.txt: {len(same)} places are described by {line}")
-        reasons[same[int(number or 1) - 1]] = reason
+            wrong.append(f"explained.txt: {len(same)} places are described by {line}")
+        else:
+            reasons[same[int(number or 1) - 1]] = reason
+    if wrong:
+        sys.exit("\n".join(wrong))
     return reasons
 
 
 def main():
-    parser = argparse.ArgumentParser(usage=__doc__)
+    parser = argparse.ArgumentParser(usage=__doc__.replace("%", "%%"))
     parser.add_argument("--build", type=Path, default=Path("build/release"))
     parser.add_argument("--count", type=int, default=300)
     parser.add_argument("--skip", type=int, default=0)
@@ -307,21 +321,22 @@ def main():
     parser.add_argument("--results", type=Path)
     parser.add_argument("--work", type=Path)
     parser.add_argument("--minimum", type=float, default=0.0)
+    parser.add_argument("--check", action="store_true")
     parser.add_argument("folders", nargs="*")
     options = parser.parse_args()
     folders = options.folders or ["src/ops", "src/sparse", "src/factor", "src/core"]
+    if options.check:
+        root = Path(__file__).resolve().parents[2]
+        reasons = explained_reasons(mutants_of(root, folders), root)
+        print(f"{len(reasons)} places are described")
+        return 0
 
     with contextlib.ExitStack() as stack:
         name = options.work or stack.enter_context(tempfile.TemporaryDirectory(prefix="mutants."))
         Path(name).mkdir(parents=True, exist_ok=True)
         bench = Bench(options.build.resolve(), Path(name).resolve())
         plain = bench.work / "plain"
-        everything = []
-        for folder in folders:
-            for path in sorted((plain / folder).rglob("*")) if (plain / folder).is_dir() else [plain / folder]:
-                if path.suffix in (".cpp", ".h", ".inc"):
-                    file = str(path.relative_to(plain))
-                    everything += [(file, site) for site in mutants.sites(path.read_text())]
+        everything = mutants_of(plain, folders)
         reasons = explained_reasons(everything, plain)
         chosen = list(everything)
         if options.again:
