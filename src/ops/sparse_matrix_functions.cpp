@@ -6,6 +6,7 @@
 #include "sparse/append.h"
 #include "sparse/column_writer.h"
 #include "sparse/cursor.h"
+#include "sparse/transposed.h"
 
 using namespace quorvel::detail;
 
@@ -24,17 +25,6 @@ K& UpperTriangle(const SparseMatrix& A) {
     }
   }
   return result.hand_over();
-}
-
-/// Row by row from A's column lists.
-void FillTransposed(RegularSparseMatrix& result, const RegularSparseMatrix& A) {
-  RowWriter writer(result);
-  for (index_t c = 0; c < A.cols; ++c) {
-    SparseElement* prev = nullptr;
-    for (const SparseElement* e = A.colHeads[c]; e != nullptr; e = e->nextInCol) {
-      prev = writer.append(prev, c, e->row, e->value);
-    }
-  }
 }
 
 /// Row i of the lower triangle: the row list up to the diagonal, or the mirrored column list of a symmetric matrix.
