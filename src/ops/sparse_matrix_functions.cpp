@@ -13,17 +13,21 @@ using namespace quorvel::detail;
 namespace {
 
 /// The elements (r, c), r <= c, of A's column lists, column by column; zeros stay behind.
-template <class K>
-K& UpperTriangle(const SparseMatrix& A) {
-  const Consumed operand(A);
-  NewResult<K> result(A.rows, A.cols);
-  ColumnWriter writer(*result);
+void FillUpper(SparseMatrix& result, const SparseMatrix& A) {
+  ColumnWriter writer(result);
   for (index_t c = 0; c < A.cols; ++c) {
     SparseElement* prev = nullptr;
     for (const SparseElement* e = A.colHeads[c]; e != nullptr && e->row <= c; e = e->nextInCol) {
       if (e->value != 0.0) prev = writer.append(prev, e->row, c, e->value);
     }
   }
+}
+
+template <class K>
+K& UpperTriangle(const SparseMatrix& A) {
+  const Consumed operand(A);
+  NewResult<K> result(A.rows, A.cols);
+  FillUpper(*result, A);
   return result.hand_over();
 }
 

@@ -32,25 +32,53 @@ void CopyRowAndMirror(SparseMatrix& target, const SparseMatrix& source, index_t 
   }
 }
 
+/// Adds elements that come in ascending order to every list, rows and columns. They are linked in the end, from the
+/// last to the first, each at the head of its lists. Until then they are a chain through nextInRow.
+class AscendingElements {
+ public:
+  explicit AscendingElements(SparseMatrix& target) noexcept : target_(target), records_(target) {}
+  AscendingElements(const AscendingElements&) = delete;
+  AscendingElements& operator=(const AscendingElements&) = delete;
+  ~AscendingElements() {
+    for (SparseElement* e = last_; e != nullptr;) {
+      SparseElement* const before = e->nextInRow;
+      link(target_.rowHeads[e->row], e->nextInRow, e);
+      link(target_.colHeads[e->col], e->nextInCol, e);
+      e = before;
+    }
+  }
+
+  /// Throws `failure` for a place outside the matrix.
+  void add(index_t row, index_t col, double value, int failure) {
+    if (row >= target_.rows || col >= target_.cols) detail::FailWith(failure);
+    SparseElement* const e = records_.make(row, col, value);
+    e->nextInRow = last_;
+    last_ = e;
+  }
+
+ private:
+  static void link(SparseElement*& head, SparseElement*& next, SparseElement* e) noexcept {
+    next = head;
+    head = e;
+  }
+
+  SparseMatrix& target_;
+  detail::RecordSupply records_;
+  SparseElement* last_ = nullptr;
+};
+
 /// The symmetric kind into the regular one. Mirror images lie in later rows and arrive there in ascending columns, all
-/// of them before the row's own elements: both lists are only appended to. From a row with elements below the diagonal
-/// on, places are searched.
+/// of them before the row's own elements, and those of one row in its column behind the elements of earlier rows: all
+/// lists ascend. From a row with elements below the diagonal on, places are searched.
 void CopyBothTriangles(SparseMatrix& target, const SparseMatrix& source) {
-  detail::ListHints<ByRow> rows(target);
-  detail::ListHints<ByCol> cols(target);
-  rows.begin();
-  cols.begin();
-  const auto add = [&](index_t row, index_t col, double value, int failure) {
-    if (row >= target.rows || col >= target.cols) detail::FailWith(failure);
-    SparseElement* const e = detail::NewElement(target, row, col, value);
-    rows.link(row, col, e);
-    cols.link(col, row, e);
-  };
   index_t i = 0;
-  for (; i < source.rows && IsUpperRow(source, i); ++i) {
-    for (const SparseElement* e = source.rowHeads[i]; e != nullptr; e = e->nextInRow) {
-      add(e->row, e->col, e->value, detail::fixed::sparse_append);
-      if (e->row != e->col) add(e->col, e->row, e->value, detail::fixed::sparse_insert);
+  {
+    AscendingElements elements(target);
+    for (; i < source.rows && IsUpperRow(source, i); ++i) {
+      for (const SparseElement* e = source.rowHeads[i]; e != nullptr; e = e->nextInRow) {
+        elements.add(e->row, e->col, e->value, detail::fixed::sparse_append);
+        if (e->row != e->col) elements.add(e->col, e->row, e->value, detail::fixed::sparse_insert);
+      }
     }
   }
   for (; i < source.rows; ++i) CopyRowAndMirror(target, source, i);

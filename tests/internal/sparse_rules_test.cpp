@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "sparse/append.h"
+#include "sparse/column_writer.h"
 #include "sparse/cursor.h"
 #include "support/codes.h"
 #include "support/kinds.h"
@@ -13,6 +14,7 @@
 
 using namespace quorvel::test;
 using namespace quorvel::test::kinds;
+using quorvel::detail::ColumnWriter;
 using quorvel::detail::LineCursor;
 using quorvel::detail::NewElement;
 using quorvel::detail::ReturnRecord;
@@ -159,6 +161,41 @@ TYPED_TEST(SparseRule, WriterDoesWhatSingleStepsDo) {
     ASSERT_EQ(PlacesOf(bulk), PlacesOf(single));
     EXPECT_EQ(bulk.used, single.used);
     EXPECT_EQ(bulk.HeapReserved(), single.HeapReserved());
+  }
+}
+
+// Column by column, the same: each element behind the one before in its column, and sorted into its row.
+TYPED_TEST(SparseRule, ColumnWriterDoesWhatSingleStepsDo) {
+  for (unsigned trial = 0; trial < 100; ++trial) {
+    SCOPED_TRACE(trial);
+    Random random(trial);
+    const unsigned n = 1 + random.Below(trial % 10 == 0 ? 80 : 12);
+    TypeParam bulk(n, n);
+    TypeParam single(n, n);
+    if (random.Chance(2)) {  // with a pool that was used
+      bulk.Put(0, 0, 1.0);
+      single.Put(0, 0, 1.0);
+      bulk.Clear();
+      single.Clear();
+    }
+    {
+      ColumnWriter writer(bulk);
+      for (unsigned j = 0; j < n; ++j) {
+        SparseElement* prev = nullptr;
+        SparseElement* prev_single = nullptr;
+        for (unsigned i = 0; i < (std::is_same_v<TypeParam, SS> ? j + 1 : n); ++i) {
+          for (unsigned times = random.Chance(9) ? 2 : random.Below(2); times != 0; --times) {
+            prev = writer.append(prev, i, j, 1.0 + times);
+            SparseElement* const e = NewElement(single, i, j, 1.0 + times);
+            (prev_single != nullptr ? prev_single->nextInCol : single.colHeads[j]) = e;
+            single.SparseMatrixRowInsert(i, j, e);
+            prev_single = e;
+          }
+        }
+      }
+    }
+    ASSERT_EQ(PlacesOf(bulk), PlacesOf(single));
+    EXPECT_EQ(bulk.used, single.used);
   }
 }
 
