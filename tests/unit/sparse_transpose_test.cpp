@@ -13,11 +13,13 @@ using namespace quorvel::test;
 
 namespace {
 
-// 12 000 elements of 3000 x 2000 at random, some rows and columns empty; those of a column are far from each other.
-RegularSparseMatrix Scattered() {
+// 12 000 elements of 3000 x 2000 at random, some rows and columns empty; those of a column are far from each other. The
+// rows are written in order, or from the last to the first.
+RegularSparseMatrix Scattered(bool backwards = false) {
   RegularSparseMatrix a(3000, 2000);
   Random random(11);
-  for (unsigned i = 0; i < a.nrows(); ++i) {
+  for (unsigned t = 0; t < a.nrows(); ++t) {
+    const unsigned i = backwards ? a.nrows() - 1 - t : t;
     if (i % 50 == 0) continue;
     SparseElement* prev = nullptr;
     for (unsigned k = 0; k < 4; ++k) {
@@ -49,6 +51,7 @@ TEST(SparseTranspose, ElementsFarApart) {
   ASSERT_GT(a.used, 10000u);
   ExpectSingleSteps(a);
   EXPECT_SOUND(RegularSparseMatrix(transpose(a)));
+  ExpectSingleSteps(Scattered(true));
   const RegularSparseMatrix back(transpose(RegularSparseMatrix(transpose(a))));
   EXPECT_EQ(CellsOf(back), CellsOf(a));
 }
