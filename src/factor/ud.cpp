@@ -14,8 +14,9 @@
 namespace quorvel::detail {
 namespace {
 
-/// Orders up to this one are done sooner by elements, where they are.
+/// Orders up to this one may be done sooner by elements, where they are: with short registers, or few columns of long ones.
 constexpr index_t few = 24;
+constexpr index_t few_of_long = 14;
 
 /// Elements of column j in Rows rows from `row` on, above the diagonal. x: the weights of the columns behind j.
 template <index_t Rows>
@@ -63,10 +64,11 @@ int FactorFew(double* u, double* d, const double* p, index_t n, bool divide_firs
 
 /// Both factorisations; returns the number of pivots that were singular.
 int FactorColumns(double* u, double* d, const double* p, index_t n, bool divide_first) {
-  if (n <= few) return FactorFew(u, d, p, n, divide_first);
-  constexpr std::uint64_t stack = small_order * small_order + packed_count(small_order);
-  const std::uint64_t width = n < unit_strip ? (std::uint64_t{n} + 7) / 8 * 8 : unit_strip;
-  WorkArea<7 + stack> work(7 + width * n + packed_count(n));
+  if (n <= (kernels().lanes < 4 ? few : few_of_long)) return FactorFew(u, d, p, n, divide_first);
+  constexpr std::uint64_t stack = 2 * small_order * small_order + packed_count(small_order);
+  const std::uint64_t rows = std::min<std::uint64_t>(n, unit_strip);
+  const std::uint64_t width = ((rows + 7) / 8 | 1) * 8;
+  WorkArea<7 + stack> work(7 + 2 * width * n + packed_count(n));
   double* const scratch = OnBoundary(work.data());
   return static_cast<int>(kernels().factor_unit(u, d, p, n, divide_first, smallest_pivot, scratch));
 }

@@ -164,8 +164,8 @@ struct Kernels {
 
   /// p = u * d * u' with a unit upper triangle u (p and u packed, apart; order > 0), elements U(i, j) being
   /// (P(i, j) - S)/d(j), and 0.0 where |d(j)| is not beyond `smallest`: d(j) is 0.0 then; how many these are is returned.
-  /// Or P(i, j)/d(j) - S whatever d(j) is. scratch: order lines of unit_strip doubles, or of `order` rounded up to 8 when
-  /// that is less, and a packed triangle.
+  /// Or P(i, j)/d(j) - S whatever d(j) is. scratch: 2 * order lines of `order` rounded up to an odd multiple of 8 doubles,
+  /// but not more than unit_strip + 8, and a packed triangle.
   kernel_index (*factor_unit)(double* u, double* d, const double* p, kernel_index order, bool divide_first,
                               double smallest, double* scratch);
 
