@@ -29,23 +29,16 @@ void TransposedTimes(const double* u, index_t n, const double* h, double* f) noe
 /// Bierman's update; k receives the gain. Two passes: the partial innovation variances of all columns, then U and the
 /// gain row by row, which is the packed order.
 double MeasurementUpdate(double* u, double* d, index_t n, const double* h, double r, double* k) {
-  WorkArea<3 * small_order> work(3 * std::uint64_t{n});
+  WorkArea<4 * small_order + 1> work(4 * std::uint64_t{n} + 1);
   double* const f = work.data();
   double* const v = f + n;
   double* const lambda = v + n;
   TransposedTimes(u, n, h, f);
-  double alpha = r;
-  for (index_t j = 0; j < n; ++j) {
-    v[j] = d[j] * f[j];
-    const double before = alpha;
-    alpha += v[j] * f[j];
-    lambda[j] = PivotPasses(before) ? -f[j] / before : 0.0;
-    if (PivotPasses(alpha)) d[j] *= before / alpha;
-  }
+  const double alpha = kernels().scale_columns(d, n, f, r, smallest_pivot, v, lambda, lambda + n);
   const bool observed = PivotPasses(alpha);
   CopyDoubles(k, v, n);
-  kernels().update_gain(u, n, lambda, v, k);
-  for (index_t i = 0; i < n; ++i) k[i] = observed ? k[i] / alpha : 0.0;
+  kernels().update_gain(u, n, lambda, v, k, observed ? alpha : 1.0);
+  if (!observed) ClearDoubles(k, n);
   return alpha;
 }
 
