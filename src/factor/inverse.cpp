@@ -28,18 +28,20 @@ void InvertElements(const DiagonalMatrix& A, DiagonalMatrix& target) {
   target.set_nsing(singular);
 }
 
-void InvertInPlace(TriMatrix& A) {
-  A.set_nsing(0);
+/// The inverse of A, which may be the target.
+void Invert(const TriMatrix& A, TriMatrix& target) {
+  if (&target != &A) CopyDoubles(target.data(), A.data(), A.StoredCount());
+  target.set_nsing(0);
   RequireInvertibleOrder(A.ndim());
   PanelScratch scratch(A.ndim());
-  A.set_nsing(InvertTriangle(A.data(), A.ndim(), scratch));
+  target.set_nsing(InvertTriangle(target.data(), A.ndim(), scratch));
 }
 
-void InvertInPlace(RegularMatrix& A) {
+void Invert(const RegularMatrix& A, RegularMatrix& target) {
   QrInverseScratch scratch(A.nrows());
-  A.set_nsing(0);
+  target.set_nsing(0);
   RequireInvertibleOrder(A.nrows());
-  A.set_nsing(InvertByReflections(A.data(), A.nrows(), scratch));
+  target.set_nsing(InvertByReflections(target.data(), A.data(), A.nrows(), scratch));
 }
 
 /// The inverse in place, or in a copy that replaces the operand.
@@ -47,13 +49,12 @@ template <class K>
 K& InverseInPlaceOrCopy(K& A, bool inPlace) {
   Consumed operand(A);
   if (inPlace || A.dispensable()) {
-    InvertInPlace(A);
+    Invert(A, A);
     operand.release(A);
     return A;
   }
   NewResult<K> result(A.nrows(), A.ncols());
-  CopyDoubles(result->data(), A.data(), A.StoredCount());
-  InvertInPlace(*result);
+  Invert(A, *result);
   return result.hand_over();
 }
 
@@ -76,7 +77,7 @@ void InvertSymmetric(const SymmetricMatrix& A, SymmetricMatrix& target) {
     const double* const row = A.data() + packed_row(i, n) - i;
     for (index_t j = i; j < n; ++j) a[std::size_t{i} * n + j] = a[std::size_t{j} * n + i] = row[j];
   }
-  target.set_nsing(InvertByReflections(a, n, scratch));
+  target.set_nsing(InvertByReflections(a, a, n, scratch));
   for (index_t i = 0; i < n; ++i) CopyDoubles(target.data() + packed_row(i, n), a + (std::size_t{n} + 1) * i, n - i);
 }
 

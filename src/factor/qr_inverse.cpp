@@ -5,7 +5,8 @@
 
 namespace quorvel::detail {
 
-Matrix::nsing_type InvertByReflections(double* a, index_t n, QrInverseScratch& scratch) noexcept {
+Matrix::nsing_type InvertByReflections(double* inverse, const double* a, index_t n,
+                                       QrInverseScratch& scratch) noexcept {
   const StripArrays work(scratch.data(), n, n);
   double* const v = scratch.data() + strip_scratch(n, n);
   double* const r = v + packed_count(n);
@@ -20,13 +21,13 @@ Matrix::nsing_type InvertByReflections(double* a, index_t n, QrInverseScratch& s
   // X·Qᵀ for X = R⁻¹: the rows of X are independent. A panel of columns of the lower triangle (R⁻¹)ᵀ is a strip of them.
   const Matrix::nsing_type singular = InvertDiagonal(r, n);
   const Kernels& k = kernels();
-  for (index_t first = 0; first < n; first += k.panel_columns) {
-    const index_t count = n - first < k.panel_columns ? n - first : k.panel_columns;
+  for (index_t first = 0, count; first < n; first += count) {
+    count = k.strip_columns(n, n - first);
     double* const panel = work.strip + std::size_t{first} * k.panel_columns;
     FillDoubles(work.strip, 0.0, std::uint64_t{first} * k.panel_columns);
     k.invert_columns(r, n, first, count, panel);
     k.reflect_back(work.strip, n, count, h, n);
-    k.transpose(a + std::size_t{first} * n, by_rows, work.strip, k.panel_columns, n, count);
+    k.transpose(inverse + std::size_t{first} * n, by_rows, work.strip, k.panel_columns, n, count);
   }
   return singular;
 }

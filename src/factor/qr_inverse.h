@@ -23,8 +23,8 @@ class QrInverseScratch {
   WorkArea<qr_inverse_scratch(small_order)> doubles_;
 };
 
-/// Replaces `a` (n x n) by its inverse and returns the number of singular pivots of R.
-Matrix::nsing_type InvertByReflections(double* a, index_t n, QrInverseScratch& scratch) noexcept;
+/// The inverse of `a` (n x n), which it may replace; returns the number of singular pivots of R.
+Matrix::nsing_type InvertByReflections(double* inverse, const double* a, index_t n, QrInverseScratch& scratch) noexcept;
 
 }  // namespace quorvel::detail
 

@@ -15,7 +15,7 @@ void ClearBelowDiagonal(double* a, index_t n) noexcept {
 void Triangularise(double* a, index_t m, index_t n) {
   if (m > most_strip_rows) return TriangulariseColumns(a, m, n);
   // The vectors of one strip are used at once; those of several are kept, each from its diagonal element on.
-  const bool kept = n > kernels().panel_columns;
+  const bool kept = n > kernels().strip_columns(m, n);
   const std::uint64_t rows = m;
   const std::uint64_t vectors = kept ? n * rows - packed_count(n) + n : rows;
   const std::uint64_t arrays = strip_scratch(m, n);

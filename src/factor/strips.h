@@ -33,8 +33,8 @@ struct StripArrays {
 inline void TriangulariseStrips(const double* a, index_t m, index_t n, const StripArrays& work, const Reflectors& h,
                                 double* r, kernel_offset stride, kernel_offset shrink) noexcept {
   const Kernels& k = kernels();
-  for (index_t first = 0; first < n; first += k.panel_columns) {
-    const index_t cols = n - first < k.panel_columns ? n - first : k.panel_columns;
+  for (index_t first = 0, cols; first < n; first += cols) {
+    cols = k.strip_columns(m, n - first);
     k.load_strip(work.strip, a + first, static_cast<kernel_offset>(n), m, cols, work.lengths);
     k.reflect(work.strip, m, cols, h, 0, first);
     k.find_reflectors(work.strip, m, cols, first, h, work.lengths);

@@ -14,7 +14,7 @@
 namespace quorvel::detail {
 namespace {
 
-/// Orders up to this one may be done sooner by elements, where they are: with short registers, or few columns of long ones.
+/// Orders up to this one are done sooner by elements, where they are: with short registers, and with long ones.
 constexpr index_t few = 24;
 constexpr index_t few_of_long = 14;
 

@@ -124,6 +124,17 @@ TEST(HouseholderDense, TransformationEqualsTheColumnwiseForm) {
   }
 }
 
+// So many rows that strips may be narrower.
+TEST(HouseholderDense, TransformationOfTallMatrices) {
+  Random random(557);
+  for (const unsigned n : {16u, 17u, 40u}) {
+    const Grid a = Deficient(301, n, random);
+    RegularMatrix A(RegularOf(a));
+    HouseholderTransformation(A, true);
+    ExpectSameValues(GridOf(A), TriangularFactor(a), "tall");
+  }
+}
+
 TEST(HouseholderDense, FactorOfTheHilbertMatrix) {
   const double expected[4][4] = {
       {0x1.317264b8100a5p+0, 0x1.574ade976c308p-1, 0x1.e654bb5683ef6p-2, 0x1.7ab62651b6560p-2},

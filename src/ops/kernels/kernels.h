@@ -230,6 +230,9 @@ struct Kernels {
 
   // Strips: up to panel_columns columns of a matrix side by side, row i in line i of panel_columns doubles.
 
+  /// Columns of the next strip of so many rows when so many columns are left.
+  kernel_index (*strip_columns)(kernel_index rows, kernel_index left);
+
   /// Copies columns into a strip; lengths: the squared length of each.
   void (*load_strip)(double* strip, const double* from, kernel_offset stride, kernel_index rows, kernel_index cols,
                      double* lengths);
