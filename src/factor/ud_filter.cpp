@@ -34,10 +34,11 @@ double MeasurementUpdate(double* u, double* d, index_t n, const double* h, doubl
   double* const v = f + n;
   double* const lambda = v + n;
   TransposedTimes(u, n, h, f);
-  const double alpha = kernels().scale_columns(d, n, f, r, smallest_pivot, v, lambda, lambda + n);
+  const Kernels& kernel = kernels();
+  const double alpha = kernel.scale_columns(d, n, f, r, smallest_pivot, v, lambda, lambda + n);
   const bool observed = PivotPasses(alpha);
   CopyDoubles(k, v, n);
-  kernels().update_gain(u, n, lambda, v, k, observed ? alpha : 1.0);
+  kernel.update_gain(u, n, lambda, v, k, observed ? alpha : 1.0);
   if (!observed) ClearDoubles(k, n);
   return alpha;
 }
