@@ -83,6 +83,16 @@ TEST(SparseTranspose, AnElementInNoRow) {
   ExpectSingleSteps(a);
 }
 
+// One that was taken out of its column alone is not seen.
+TEST(SparseTranspose, AnElementInNoColumn) {
+  RegularSparseMatrix a = Scattered();
+  SparseElement* const e = a.GetFirstInRow(1501);
+  a.SparseMatrixColRemove(e);
+  ExpectSingleSteps(a);
+  a.SparseMatrixColInsert(e->row, e->col, e);
+  ExpectSingleSteps(a);
+}
+
 TEST(SparseTranspose, EveryAllocationFails) {
   const RegularSparseMatrix a = Scattered();
   for (unsigned k = 1;; ++k) {
