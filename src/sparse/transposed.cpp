@@ -41,13 +41,14 @@ class NumberedRecords {
 };
 
 /// begins[j + 1] = elements in the columns up to j. False when the rows do not tell what the columns are: when one does
-/// not ascend strictly inside the matrix, or when a column holds other elements than the rows.
+/// not ascend strictly inside the matrix or holds an element of another row, or when a column holds other elements than
+/// the rows.
 bool CountColumns(const SparseMatrix& a, std::vector<index_t>& begins) {
   std::vector<const SparseElement*> next(a.colHeads, a.colHeads + a.cols);
   for (index_t i = 0; i < a.rows; ++i) {
     index_t least = 0;
     for (const SparseElement* e = a.rowHeads[i]; e != nullptr; e = e->nextInRow) {
-      if (e->col - least >= a.cols - least || next[e->col] != e) return false;
+      if (e->row != i || e->col - least >= a.cols - least || next[e->col] != e) return false;
       next[e->col] = e->nextInCol;
       least = e->col + 1;
       ++begins[e->col + 1];

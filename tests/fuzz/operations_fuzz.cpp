@@ -73,12 +73,18 @@ class Machine {
     return std::get<std::array<Slot<K>, 2>>(pool_)[in.Below(2)];
   }
 
-  // A new matrix of small whole numbers. Sizes up to 7; now and then one that needs scratch on the heap.
+  // Up to 9, the largest order whose products stand in registers; now and then one near which other ways begin.
+  unsigned Size() {
+    constexpr unsigned larger[] = {10, 12, 15, 17, 23, 24, 25, 26};
+    const unsigned choice = in.Below(64);
+    return choice < 56 ? choice % 10 : larger[choice - 56];
+  }
+
+  // A new matrix of small whole numbers.
   template <class K>
   void Renew(Slot<K>& slot) {
-    const unsigned choice = in.Below(64);
-    const unsigned m = choice == 63 ? 26 : choice % 8;
-    const unsigned n = kRectangular<K> ? in.Below(8) : m;
+    const unsigned m = Size();
+    const unsigned n = kRectangular<K> ? Size() : m;
     slot.matrix = K(m, n);
     slot.model = Model(m, n);
     const int density = in.Integer(1, 4);

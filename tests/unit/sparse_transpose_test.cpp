@@ -93,6 +93,16 @@ TEST(SparseTranspose, AnElementInNoColumn) {
   ExpectSingleSteps(a);
 }
 
+// One that was moved to the row list of another row comes where its own index says.
+TEST(SparseTranspose, AnElementInAnotherRow) {
+  RegularSparseMatrix a = Scattered();
+  SparseElement* e = a.GetFirstInCol(41);
+  ASSERT_GT(e->row, 1u);
+  a.SparseMatrixRowRemove(e);
+  a.SparseMatrixRowInsert(1, e->col, e);
+  ExpectSingleSteps(a);
+}
+
 TEST(SparseTranspose, EveryAllocationFails) {
   const RegularSparseMatrix a = Scattered();
   for (unsigned k = 1;; ++k) {
