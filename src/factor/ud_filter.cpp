@@ -72,6 +72,7 @@ template <class K>
 void TimeUpdate(UpperTriangularMatrix& U, DiagonalMatrix& D, const RegularMatrix& Phi, const K& G,
                 const DiagonalMatrix& Q) {
   const index_t n = U.ndim();
+  if (n == 0) return;  // G has columns perhaps, but no array
   const std::size_t columns = std::size_t{n} + Q.ndim();
   const index_t stride = WholeRegisters(n);
   const std::uint64_t most = (std::uint64_t{n} + 7) / 8 * 8;  // the stride of any kernels

@@ -73,7 +73,8 @@ void Congruence(SymmetricMatrix& s, const Factor& x, const Factor& q, unsigned n
 }
 
 void DiagonalCongruence(SymmetricMatrix& s, const Factor& x, const double* q, unsigned n, unsigned m) {
-  if (n <= small_factor && m <= small_factor && x.form == Form::by_rows) {  // given by its columns it makes a better strip
+  // Given by its columns it makes a better strip; without rows or columns it has no array to look into.
+  if (n - 1 < small_factor && m - 1 < small_factor && x.form == Form::by_rows) {
     double columns[small_factor * small_factor];
     kernels().transpose(columns, n, x.first, x.stride, n, m);
     return DiagonalCongruence(s, Transposed(FactorOf(columns, n)), q, n, m);

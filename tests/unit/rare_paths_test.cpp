@@ -157,6 +157,11 @@ TEST(RarePaths, CongruencesOfNothing20261121) {
   expect_zeros(AQAT(thin, DiagonalMatrix()));
   expect_zeros(ATA(none));
   expect_zeros(AAT(thin));
+  for (const unsigned m : {1u, 20u, 30u}) {
+    EXPECT_EQ(SymmetricMatrix(AQAT(RegularMatrix(0, m), DiagonalMatrix(m))).ndim(), 0u);
+    EXPECT_EQ(SymmetricMatrix(AQAT(RegularMatrix(0, m), SymmetricMatrix(m))).ndim(), 0u);
+    EXPECT_EQ(SymmetricMatrix(ATPA(RegularMatrix(m, 0), DiagonalMatrix(m))).ndim(), 0u);
+  }
 }
 
 // Found by fuzzing, 2026-11-21: a column without terms, of several registers. Missing arrays must not be stepped along.

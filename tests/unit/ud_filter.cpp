@@ -206,5 +206,7 @@ TEST(UDTime, OrderZero) {
   UDTimeUpdate(U, D, empty, empty, DiagonalMatrix());
   UDTimeUpdate(U, D, empty, SymmetricMatrix());
   EXPECT_EQ(UDMeasurementUpdate(U, D, h, 2.5, K), 2.5);
+  UDTimeUpdate(U, D, empty, RegularMatrix(0, 20), DiagonalMatrix(20));  // noise that reaches no state
   EXPECT_EQ(U.ndim(), 0u);
+  EXPECT_EQ(D.ndim(), 0u);
 }
