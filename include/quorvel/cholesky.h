@@ -73,7 +73,8 @@
 ///
 /// Throws 50510 (A not ok; 50000 for orders 2 and 3), 10680, std::bad_array_new_length for order 0. A negative diagonal
 /// element ends the process as in CholeskyFactor. Exact order: triangular inverse with reciprocal diagonal, then
-/// sums over increasing k from 0.0. Cost: 2*n^3/3 operations, two arrays.
+/// sums over increasing k from 0.0. Cost: 2*n^3/3 operations; one array, in which the factor, its inverse and the result
+/// follow one another; scratch of 24*n doubles, on the heap above order 128.
 [[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(SymmetricMatrix& A, double tol);
 [[nodiscard]] QUORVEL_API SymmetricMatrix& InverseByCholesky(const SymmetricMatrix& A, double tol);
 

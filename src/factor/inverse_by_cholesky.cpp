@@ -14,19 +14,26 @@
 namespace quorvel::detail {
 namespace {
 
-/// inv(L)' * inv(L); L is used up.
+/// inv(L)' * inv(L), panel by panel in L's own array: once a panel of inv(L) has been multiplied with the columns before
+/// it, none of their elements in its rows is needed any more, and the packed array of a symmetric matrix has these
+/// products in their places.
 SymmetricMatrix& SquareOfInverse(LowerTriangularMatrix& L) {
   const index_t n = L.ndim();
   RequireInvertibleOrder(n);
   PanelScratch scratch(n);
-  NewResult<SymmetricMatrix> S(n);
+  NewResult<SymmetricMatrix> S;
+  if (L.capacity() != packed_count(n)) {  // the array of a dispensable operand: the result's has its exact length
+    LowerTriangularMatrix exact(L);
+    Access::swap_storage(L, exact);
+  }
   double* const x = scratch.data();
-  const Matrix::nsing_type singular = InvertDiagonal(L.data(), n);
-  InvertPanels(L.data(), n, x, [&](index_t first, index_t count) noexcept {
-    if (first + count < n) kernels().store_columns(L.data(), n, first, count, x);  // for the panels to come
-    kernels().square_columns(S->data(), L.data(), n, first, count, x);
+  double* const t = L.data();
+  S->set_nsing(InvertDiagonal(t, n));
+  InvertPanels(t, n, x, [&](index_t first, index_t count) noexcept {
+    if (first + count < n) kernels().store_columns(t, n, first, count, x);  // for the panels to come
+    kernels().square_columns(t, t, n, first, count, x);
   });
-  S->set_nsing(singular);
+  Access::swap_storage(*S, L);
   return S.hand_over();
 }
 

@@ -406,6 +406,20 @@ TEST(InverseByCholeskyDense, ConsumesATemporary) {
   }
 }
 
+// The result's array has its exact length, also when the operand's had room to spare.
+TEST(InverseByCholeskyDense, HasNoMoreRoomThanItNeeds) {
+  Random random(512);
+  for (const unsigned n : {1u, 4u, 30u}) {
+    const SymmetricMatrix A(SymmetricOf(SymmetricSample(Family::kDefinite, n, random)));
+    const SymmetricMatrix expected(InverseByCholesky(A, 1e-12));
+    SymmetricMatrix& roomy = DispensableCopy(A);
+    roomy.Reserve(60, 60);
+    const SymmetricMatrix inverse(InverseByCholesky(roomy, 1e-12));
+    EXPECT_EQ(inverse.capacity(), n * (n + 1) / 2);
+    EXPECT_TRUE(SameBits(inverse.data(), expected.data(), inverse.StoredCount()));
+  }
+}
+
 TEST(InverseByCholeskyDense, CountsOfConstructedRank) {
   Random random(509);
   for (unsigned trial = 0; trial < 500; ++trial) {
