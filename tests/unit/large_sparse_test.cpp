@@ -1,8 +1,10 @@
-// Operations on sparse matrices of thousands of elements, beside sorted maps: bands, and elements far from each other,
+// Operations on sparse matrices of thousands of elements, beside sorted lists: bands, and elements far from each other,
 // written in any order, by a pool that was used before. All values are small whole numbers, so every sum is exact.
 #include <gtest/gtest.h>
 
-#include <map>
+#include <algorithm>
+#include <iterator>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -16,7 +18,7 @@ namespace {
 
 using RS = RegularSparseMatrix;
 using SS = SymmetricSparseMatrix;
-using Map = std::map<std::pair<unsigned, unsigned>, double>;
+using Cells = std::vector<Cell>;  // by rows, each place once
 
 enum class Pattern { kBand, kScattered, kBorder };
 enum class Order { kForwards, kBackwards, kByColumns };
@@ -27,83 +29,95 @@ double Value(Random& random) {
   return random.Chance(2) ? v : -v;
 }
 
-Map CellsFor(Pattern pattern, unsigned m, unsigned n, Random& random) {
-  Map cells;
+bool Before(const Cell& a, const Cell& b) { return std::tie(a.row, a.col) < std::tie(b.row, b.col); }
+
+// Cells in any order, those of one place added; places that become 0 are left out.
+Cells Added(Cells all) {
+  std::stable_sort(all.begin(), all.end(), Before);
+  Cells sums;
+  sums.reserve(all.size());
+  for (const Cell& c : all) {
+    if (!sums.empty() && !Before(sums.back(), c)) {
+      sums.back().value += c.value;
+    } else {
+      sums.push_back(c);
+    }
+  }
+  sums.erase(std::remove_if(sums.begin(), sums.end(), [](const Cell& c) { return c.value == 0.0; }), sums.end());
+  return sums;
+}
+
+Cells CellsFor(Pattern pattern, unsigned m, unsigned n, Random& random) {
+  Cells cells;
   for (unsigned i = 0; i < m; ++i) {
     if (random.Chance(20)) continue;
     for (unsigned k = 0; k < 5; ++k) {
       const unsigned j = pattern == Pattern::kScattered ? random.Below(n) : i + k;
-      if (j < n) cells[{i, j}] = Value(random);
+      if (j < n) cells.push_back({i, j, Value(random)});
     }
     if (pattern == Pattern::kBorder) {
-      cells[{i, n - 1}] = Value(random);
-      if (i < n) cells[{m - 1, i}] = Value(random);
+      cells.push_back({i, n - 1, Value(random)});
+      if (i < n) cells.push_back({m - 1, i, Value(random)});
     }
   }
-  return cells;
+  return Added(cells);
 }
 
-Map UpperOf(const Map& cells) {
-  Map upper;
-  for (const auto& [at, value] : cells) {
-    if (at.first <= at.second) upper.insert({at, value});
-  }
-  return upper;
+template <class Keep>
+Cells Kept(const Cells& cells, Keep keep) {
+  Cells kept;
+  std::copy_if(cells.begin(), cells.end(), std::back_inserter(kept), keep);
+  return kept;
+}
+Cells UpperOf(const Cells& cells) {
+  return Kept(cells, [](const Cell& c) { return c.row <= c.col; });
+}
+Cells LowerOf(const Cells& cells) {
+  return Kept(cells, [](const Cell& c) { return c.row >= c.col; });
 }
 
-Map LowerOf(const Map& cells) {
-  Map lower;
-  for (const auto& [at, value] : cells) {
-    if (at.first >= at.second) lower.insert({at, value});
-  }
-  return lower;
-}
-
-Map TransposeOf(const Map& cells) {
-  Map turned;
-  for (const auto& [at, value] : cells) turned[{at.second, at.first}] = value;
-  return turned;
+Cells TransposeOf(Cells cells) {
+  for (Cell& c : cells) std::swap(c.row, c.col);
+  return Added(cells);
 }
 
 // Both triangles of what the symmetric kind stores.
-Map MirroredOf(const Map& upper) {
-  Map full = upper;
-  for (const auto& [at, value] : upper) full[{at.second, at.first}] = value;
-  return full;
+Cells MirroredOf(Cells upper) {
+  const Cells stored = upper;
+  for (const Cell& c : stored) {
+    if (c.row != c.col) upper.push_back({c.col, c.row, c.value});
+  }
+  return Added(upper);
 }
 
-void Store(Map& cells, std::pair<unsigned, unsigned> at, double value) {
-  if (value != 0.0) {
-    cells[at] = value;
-  } else {
-    cells.erase(at);
-  }
+// a + sign * b
+Cells SumOf(Cells a, double sign, const Cells& b) {
+  for (const Cell& c : b) a.push_back({c.row, c.col, sign * c.value});
+  return Added(a);
 }
 
-// a + sign * b without the cells that become 0.
-Map SumOf(const Map& a, double sign, const Map& b) {
-  Map sum = a;
-  for (const auto& [at, value] : b) {
-    const auto found = sum.find(at);
-    Store(sum, at, (found == sum.end() ? 0.0 : found->second) + sign * value);
+Cells ProductOf(const Cells& a, const Cells& b) {
+  Cells terms;
+  for (const Cell& c : a) {
+    auto e = std::lower_bound(b.begin(), b.end(), Cell{c.col, 0, 0.0}, Before);
+    for (; e != b.end() && e->row == c.col; ++e) terms.push_back({c.row, e->col, c.value * e->value});
   }
-  return sum;
+  return Added(terms);
 }
 
-Map ProductOf(const Map& a, const Map& b) {
-  Map sums, product;
-  for (const auto& [at, value] : a) {
-    for (auto e = b.lower_bound({at.second, 0u}); e != b.end() && e->first.first == at.second; ++e) {
-      sums[{at.first, e->first.second}] += value * e->second;
-    }
+// Some of the cells of x with the same or the opposite value, beside y: sums and differences vanish there.
+Cells Meeting(const Cells& x, const Cells& y, Random& random) {
+  Cells met;
+  for (const Cell& c : x) {
+    if (random.Chance(3)) met.push_back({c.row, c.col, random.Chance(2) ? c.value : -c.value});
   }
-  for (const auto& [at, value] : sums) Store(product, at, value);
-  return product;
+  const Cells others = Kept(y, [&](const Cell& c) { return !std::binary_search(met.begin(), met.end(), c, Before); });
+  return SumOf(met, 1.0, others);
 }
 
 // A matrix with these cells and no others, after other ones were in it.
 template <class K>
-void Write(K& a, const Map& cells, Order order, Random& random) {
+void Write(K& a, const Cells& cells, Order order, Random& random) {
   const bool used_before = random.Chance(2);
   if (used_before) {
     for (unsigned k = 0; k < 100; ++k) {
@@ -119,29 +133,19 @@ void Write(K& a, const Map& cells, Order order, Random& random) {
       }
     }
   }
-  std::vector<std::pair<std::pair<unsigned, unsigned>, double>> list(cells.begin(), cells.end());
+  Cells list = cells;
+  if (order == Order::kBackwards) std::reverse(list.begin(), list.end());
   if (order == Order::kByColumns) {
-    list.clear();
-    for (const auto& [at, value] : TransposeOf(cells)) list.push_back({{at.second, at.first}, value});
+    std::stable_sort(list.begin(), list.end(), [](const Cell& x, const Cell& y) { return x.col < y.col; });
   }
-  for (std::size_t k = 0; k < list.size(); ++k) {
-    const auto& [at, value] = list[order == Order::kBackwards ? list.size() - 1 - k : k];
-    a.SparseMatrixInsert(at.first, at.second, value);
-  }
+  for (const Cell& c : list) a.SparseMatrixInsert(c.row, c.col, c.value);
 }
 
 template <class K>
-void Expect(const K& a, const Map& cells, const char* what) {
+void Expect(const K& a, const Cells& cells, const char* what) {
   EXPECT_SOUND(a) << what;
   EXPECT_EQ(a.used, cells.size()) << what;
-  const std::vector<Cell> got = CellsOf(a);
-  ASSERT_EQ(got.size(), cells.size()) << what;
-  auto expected = cells.begin();
-  for (const Cell& cell : got) {
-    const Cell wanted{expected->first.first, expected->first.second, expected->second};
-    ASSERT_EQ(cell, wanted) << what;
-    ++expected;
-  }
+  EXPECT_TRUE(CellsOf(a) == cells) << what;
 }
 
 // The operand, or a dispensable copy of it.
@@ -154,7 +158,7 @@ const K& Passed(const K& a, Random& random) {
 }
 
 template <class K>
-void CheckSums(const K& a, const Map& x, const K& b, const Map& y, Random& random) {
+void CheckSums(const K& a, const Cells& x, const K& b, const Cells& y, Random& random) {
   const auto pass = [&](const K& m) -> const K& { return Passed(m, random); };
   {
     const K& p = pass(a);
@@ -166,7 +170,7 @@ void CheckSums(const K& a, const Map& x, const K& b, const Map& y, Random& rando
     const K& q = pass(b);
     Expect(K(p - q), SumOf(x, -1.0, y), "a - b");
   }
-  const Map none;
+  const Cells none;
   K c(a);
   const K& itself = c;
   Expect(c, x, "copy");
@@ -177,7 +181,7 @@ void CheckSums(const K& a, const Map& x, const K& b, const Map& y, Random& rando
   c -= pass(a);
   Expect(c, SumOf(y, -1.0, x), "b - a");
   c += itself;
-  const Map difference = SumOf(y, -1.0, x);
+  const Cells difference = SumOf(y, -1.0, x);
   Expect(c, SumOf(difference, 1.0, difference), "c += c");
   c = a;
   c = c - pass(b);
@@ -190,11 +194,8 @@ void CheckSums(const K& a, const Map& x, const K& b, const Map& y, Random& rando
 }
 
 void CheckRegular(Pattern pattern, Order order, unsigned m, unsigned n, Random& random) {
-  const Map x = CellsFor(pattern, m, n, random);
-  Map y = CellsFor(pattern, m, n, random);
-  for (const auto& [at, value] : x) {
-    if (random.Chance(3)) y[at] = random.Chance(2) ? value : -value;  // so that sums vanish
-  }
+  const Cells x = CellsFor(pattern, m, n, random);
+  const Cells y = Meeting(x, CellsFor(pattern, m, n, random), random);
   RS a(m, n), b(m, n);
   Write(a, x, order, random);
   Write(b, y, random.Chance(2) ? order : Order::kForwards, random);
@@ -215,19 +216,16 @@ void CheckRegular(Pattern pattern, Order order, unsigned m, unsigned n, Random& 
 }
 
 void CheckSymmetric(Pattern pattern, Order order, unsigned n, Random& random) {
-  const Map x = UpperOf(CellsFor(pattern, n, n, random));
-  Map y = UpperOf(CellsFor(pattern, n, n, random));
-  const Map z = CellsFor(pattern, n, n, random);
-  for (const auto& [at, value] : x) {
-    if (random.Chance(3)) y[at] = random.Chance(2) ? value : -value;
-  }
+  const Cells x = UpperOf(CellsFor(pattern, n, n, random));
+  const Cells y = Meeting(x, UpperOf(CellsFor(pattern, n, n, random)), random);
+  const Cells z = CellsFor(pattern, n, n, random);
   SS s(n), t(n);
   RS a(n, n);
   Write(s, x, order, random);
   Write(t, y, random.Chance(2) ? order : Order::kForwards, random);
   Write(a, z, order, random);
   CheckSums(s, x, t, y, random);
-  const Map full = MirroredOf(x);
+  const Cells full = MirroredOf(x);
   RS both(n, n);
   both = s;
   Expect(both, full, "both triangles");
@@ -236,7 +234,7 @@ void CheckSymmetric(Pattern pattern, Order order, unsigned n, Random& random) {
   Expect(RS(Passed(s, random) - a), SumOf(full, -1.0, z), "s - a");
   RS c(s);
   c -= s;
-  Expect(c, Map(), "c - s");
+  Expect(c, Cells(), "c - s");
   Expect(RS(tril(s)), LowerOf(full), "tril of s");
   Expect(RS(triu(s)), x, "triu of s");
 }
@@ -269,18 +267,18 @@ TEST(LargeSparse, RootsOfExactProducts) {
   Random random(33);
   constexpr unsigned n = 4200;
   for (const Pattern pattern : kPatterns) {
-    Map upper;
+    Cells upper;
     for (unsigned i = 0; i < n; ++i) {
       const int power = random.Integer(0, 2);
-      upper[{i, i}] = 1 << power;
+      upper.push_back({i, i, static_cast<double>(1 << power)});
       if (i + 1 == n) break;
       unsigned j = n - 1;
       if (pattern == Pattern::kBand) j = i + 1 + random.Below(i + 3 < n ? 3 : 1);
       if (pattern == Pattern::kScattered) j = i + 1 + random.Below(n - i - 1);
       const unsigned every = pattern == Pattern::kBand ? 1 : pattern == Pattern::kScattered ? 8 : 100;
-      if (i % every == 0) upper[{i, j}] = Value(random);
+      if (i % every == 0) upper.push_back({i, j, Value(random)});
     }
-    const Map lower = TransposeOf(upper);
+    const Cells lower = TransposeOf(upper);
     SS a(n), b(n);
     Write(a, UpperOf(ProductOf(lower, upper)), Order::kForwards, random);
     Write(b, UpperOf(ProductOf(upper, lower)), Order::kForwards, random);
