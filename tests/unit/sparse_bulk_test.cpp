@@ -107,6 +107,19 @@ TEST(SparseBulk, CopyOfUnusualElements) {
   }
 }
 
+// A first row that is one cell, stored twice: the order of its mirror images is that of single steps, too.
+TEST(SparseBulk, CopyOfACellStoredTwice) {
+  SymmetricSparseMatrix source(3);
+  source.SparseMatrixInsert(0, 2, 1.0);
+  source.SparseMatrixInsert(0, 2, 2.0);
+  source.SparseMatrixInsert(1, 1, 3.0);
+  RegularSparseMatrix bulk, single;
+  bulk.Copy(source, false);
+  CopyOneByOne(single, source);
+  EXPECT_EQ(PlacesOf(bulk), PlacesOf(single));
+  EXPECT_EQ(CellsOf(bulk), CellsOf(single));
+}
+
 // The regular kind into the symmetric one: below the diagonal an element is in its row list only.
 TEST(SparseBulk, CopyRegularIntoSymmetric) {
   for (unsigned trial = 0; trial < 50; ++trial) {
