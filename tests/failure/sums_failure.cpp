@@ -66,7 +66,11 @@ void CheckSumFailures(unsigned n) {
       R result(2, 2);
       const A& x = state & 1 ? DispensableCopy(a) : a;
       const B& y = state & 2 ? DispensableCopy(b) : b;
-      return FailsAt(k, [&] { Op::assign(result, x, y); });
+      const bool failed = FailsAt(k, [&] { Op::assign(result, x, y); });
+      if constexpr (kSparse<R>) {
+        EXPECT_SOUND(result);
+      }
+      return failed;
     });
     ForEachAllocation([&](unsigned k) {  // a dispensable result: sparse ones cannot be resized
       R& result = Dispensable<R>(n, n);

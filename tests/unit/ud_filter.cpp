@@ -121,18 +121,20 @@ TEST(UDMeasurement, WithoutErrorTwice) {
 
 TEST(UDMeasurement, GainInPlaceOfTheMeasurementRow) {
   Random random(563);
-  const unsigned n = 5;
-  UpperTriangularMatrix U, V;
-  DiagonalMatrix D;
-  RandomFactors(U, D, n, random);
-  V = U;
-  DiagonalMatrix E(D);
-  RegularMatrix h = Filled<RegularMatrix>(Pattern::kUniform, random, 1u, n);
-  RegularMatrix K;
-  const double s = UDMeasurementUpdate(U, D, DispensableCopy(h), 0.25, K);
-  EXPECT_EQ(UDMeasurementUpdate(V, E, h, 0.25, h), s);
-  ExpectSameValues(GridOf(h), GridOf(K), "gain");
-  ExpectSameValues(GridOf(V), GridOf(U), "U");
+  for (const unsigned n : {5u, 12u, 33u}) {
+    UpperTriangularMatrix U, V;
+    DiagonalMatrix D;
+    RandomFactors(U, D, n, random);
+    V = U;
+    DiagonalMatrix E(D);
+    RegularMatrix h = Filled<RegularMatrix>(Pattern::kUniform, random, 1u, n);
+    RegularMatrix K;
+    const double s = UDMeasurementUpdate(U, D, DispensableCopy(h), 0.25, K);
+    EXPECT_EQ(UDMeasurementUpdate(V, E, h, 0.25, h), s);
+    ExpectSameValues(GridOf(h), GridOf(K), "gain");
+    ExpectSameValues(GridOf(V), GridOf(U), "U");
+    ExpectSameValues(GridOf(E), GridOf(D), "D");
+  }
 }
 
 TEST(UDTime, EqualsTheCovarianceForm) {
