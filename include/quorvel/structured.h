@@ -35,7 +35,10 @@
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// ATB(A, B) = A' B, cols(A) x cols(B): (i, j) = sum over k of A(k, i) * B(k, j). Throws 40320 when the row counts
-/// differ, 50320.
+/// differ, 50320; 10680 when memory is exhausted.
+///
+/// Allocates the result only; where A and B are dense, not diagonal, and all of cols(A), cols(B) and rows(A) are 400 or
+/// more, also scratch of 256 * rows(A) doubles, in which rows of A' lie one behind the other.
 ///
 ///     RegularMatrix b(ATB(A, y));   // right side of the normal equations
 [[nodiscard]] QUORVEL_API RegularMatrix& ATB(const RegularMatrix& A, const RegularMatrix& B);

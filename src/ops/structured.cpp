@@ -26,14 +26,33 @@ auto FilledBy(const Factor& a, const Factor& b, index_t n, index_t p, index_t m)
   return [&a, &b, n, p, m](C& c) { detail::MultiplyFactors(detail::TargetOf(c), a, b, n, p, m); };
 }
 
+/// Columns of A that are laid out by rows together, and the order from which on that is sooner done than reading across
+/// lines that lie far apart: each of them is on a page of its own.
+constexpr index_t columns_at_once = 256;
+constexpr index_t far_apart = 400;
+
+/// c = A' B, some rows of A' at a time being laid out by rows.
+void FillDistantATB(RegularMatrix& c, const RegularMatrix& a, const Factor& b) {
+  const index_t n = a.ncols(), p = c.ncols(), m = a.nrows();
+  const auto scratch = detail::Scratch(std::uint64_t{columns_at_once} * m);
+  for (index_t begin = 0; begin < n; begin += columns_at_once) {
+    const index_t count = n - begin < columns_at_once ? n - begin : columns_at_once;
+    detail::kernels().transpose(scratch.get(), m, a.data() + begin, n, m, count);
+    double* const rows = c.data() + static_cast<std::size_t>(begin) * p;
+    detail::MultiplyFactors(detail::TargetOf(rows, p), FactorOf(scratch.get(), m), b, count, p, m);
+  }
+}
+
 /// c = A' B and c = A B'; a diagonal operand gives one term per element.
 void FillATB(RegularMatrix& c, const RegularMatrix& a, const DiagonalMatrix& b) noexcept {
   const Rule<RegularMatrix> x(a);
   detail::FillFromOneTerm(c, [d = b.data(), &x](index_t i, index_t j) { return x.at(j, i) * d[j]; });
 }
 template <class B>
-void FillATB(RegularMatrix& c, const RegularMatrix& a, const B& b) noexcept {
-  detail::MultiplyFactors(detail::TargetOf(c), Transposed(FactorOf(a)), FactorOf(b), a.ncols(), b.ncols(), a.nrows());
+void FillATB(RegularMatrix& c, const RegularMatrix& a, const B& b) {
+  const index_t n = a.ncols(), p = b.ncols(), m = a.nrows();
+  if (n >= far_apart && p >= far_apart && m >= far_apart) return FillDistantATB(c, a, FactorOf(b));
+  detail::MultiplyFactors(detail::TargetOf(c), Transposed(FactorOf(a)), FactorOf(b), n, p, m);
 }
 void FillABT(RegularMatrix& c, const DiagonalMatrix& a, const RegularMatrix& b) noexcept {
   const Rule<RegularMatrix> x(b);

@@ -86,6 +86,12 @@ TEST(ProductFailures, GramForms) {
   }
 }
 
+// From this size on A' B takes scratch beside its result.
+TEST(ProductFailures, DistantLines) {
+  const RegularMatrix a(400, 400), b(400, 400);
+  FailEachAllocation("ATB", [&] { return [&x = DispensableCopy(a), &b] { Drop(ATB(x, b)); }; });
+}
+
 // The result of Mult is as good as before when no memory is left for it; one that is an operand and dispensable dies.
 TEST(ProductFailures, Mult) {
   const RegularMatrix a(3, 3), b(3, 3);
