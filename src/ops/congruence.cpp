@@ -2,7 +2,8 @@
 //
 // w is kept transposed (line k holds w(k) of all rows i of the strip), so that the strip lies across the registers in
 // both products:  w'(k, i) = sum Q(k, t) X'(t, i)  and  s(j, i) = sum X(j, t) w'(t, i), j >= i.
-// (Where X is given by its columns, its rows are the better direction in the second one.)
+// (In the second one of a single strip, the lines of an X given by its columns lie across as well: then s is written as
+// it is stored, line by line.)
 #include "ops/congruence.h"
 
 #include "core/packed.h"
@@ -27,18 +28,6 @@ unsigned WidthOfStrip(unsigned n, unsigned m, bool full_q) noexcept {
   return n < widest ? n : widest;
 }
 
-/// Rows begin .. end - 1 of s when the lines of x are its columns: then the rows of X' lie across the registers as they
-/// are. What is left of s from row `begin` on is a packed triangle itself.
-void TrailingUpperStrip(SymmetricMatrix& s, const Factor& x, const double* w, unsigned width, unsigned begin,
-                        unsigned end, unsigned m) {
-  const unsigned left = s.ndim() - begin;
-  const Target rest{s.data() + packed_row(begin, s.ndim()), static_cast<kernel_offset>(left) - 1, 1, Form::by_rows,
-                    Shape::upper};
-  Factor xt = Transposed(x);
-  xt.first += begin;
-  MultiplyFactors(rest, Transposed(FactorOf(w, width)), xt, end - begin, left, m);
-}
-
 template <class FillStrip>
 void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned width, unsigned n, unsigned m, FillStrip fill_strip) {
   if (m == 0) return ClearDoubles(s.data(), s.StoredCount());  // x has no array to look into
@@ -47,8 +36,8 @@ void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned width, unsigned n, u
   for (unsigned begin = 0; begin < n; begin += width) {
     const unsigned end = n - begin < width ? n : begin + width;
     fill_strip(w, begin, end);
-    if (x.form == Form::by_columns) {
-      TrailingUpperStrip(s, x, w, width, begin, end, m);
+    if (x.form == Form::by_columns && end - begin == n) {
+      MultiplyFactors(UpperTarget(s), Transposed(FactorOf(w, width)), Transposed(x), n, n, m);
     } else {
       kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, width), begin, {begin, n, begin, end, m});
     }
