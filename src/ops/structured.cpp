@@ -43,6 +43,16 @@ void FillDistantATB(RegularMatrix& c, const RegularMatrix& a, const Factor& b) {
   }
 }
 
+constexpr index_t wide_register = 8;  // doubles
+
+/// s = X X', X being n x m. A few columns behind the last whole register of a row cost as much as a whole one: where
+/// registers are wide, s is then formed by its columns.
+void FillSquare(SymmetricMatrix& s, const Factor& x, index_t n, index_t m) noexcept {
+  const bool by_columns = detail::kernels().lanes >= wide_register && n > detail::small_factor && n % wide_register != 0;
+  const detail::Target target = by_columns ? detail::LowerTarget(s) : detail::UpperTarget(s);
+  detail::MultiplyFactors(target, x, Transposed(x), n, n, m);
+}
+
 /// c = A' B and c = A B'; a diagonal operand gives one term per element.
 void FillATB(RegularMatrix& c, const RegularMatrix& a, const DiagonalMatrix& b) noexcept {
   const Rule<RegularMatrix> x(a);
@@ -119,7 +129,7 @@ double WeightedNorm(const RegularMatrix& a, const P& p) {
   R& ATA(const K& A) { \
     detail::RequireSameRows(A, A, code::product); \
     const index_t n = A.ncols(); \
-    return NewProduct<R>(A, A, n, n, FilledBy<R>(Transposed(FactorOf(A)), FactorOf(A), n, n, A.nrows())); \
+    return NewProduct<R>(A, A, n, n, [&](R& s) { FillSquare(s, Transposed(FactorOf(A)), n, A.nrows()); }); \
   }
 QUORVEL_DENSE_ATA(QUORVEL_DEFINE)
 #undef QUORVEL_DEFINE
@@ -128,7 +138,7 @@ QUORVEL_DENSE_ATA(QUORVEL_DEFINE)
   R& AAT(const K& A) { \
     detail::RequireSameCols(A, A, code::product); \
     const index_t n = A.nrows(); \
-    return NewProduct<R>(A, A, n, n, FilledBy<R>(FactorOf(A), Transposed(FactorOf(A)), n, n, A.ncols())); \
+    return NewProduct<R>(A, A, n, n, [&](R& s) { FillSquare(s, FactorOf(A), n, A.ncols()); }); \
   }
 QUORVEL_DENSE_AAT(QUORVEL_DEFINE)
 #undef QUORVEL_DEFINE
