@@ -6,8 +6,6 @@
 // it is stored, line by line.)
 #include "ops/congruence.h"
 
-#include "core/packed.h"
-
 namespace quorvel::detail {
 namespace {
 

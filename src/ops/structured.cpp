@@ -48,7 +48,8 @@ constexpr index_t wide_register = 8;  // doubles
 /// s = X X', X being n x m. A few columns behind the last whole register of a row cost as much as a whole one: where
 /// registers are wide, s is then formed by its columns.
 void FillSquare(SymmetricMatrix& s, const Factor& x, index_t n, index_t m) noexcept {
-  const bool by_columns = detail::kernels().lanes >= wide_register && n > detail::small_factor && n % wide_register != 0;
+  const bool wide = detail::kernels().lanes >= wide_register;
+  const bool by_columns = wide && n > detail::small_factor && n % wide_register != 0;
   const detail::Target target = by_columns ? detail::LowerTarget(s) : detail::UpperTarget(s);
   detail::MultiplyFactors(target, x, Transposed(x), n, n, m);
 }
