@@ -14,25 +14,30 @@
 namespace quorvel::detail {
 namespace {
 
-/// inv(L)' * inv(L), panel by panel in L's own array: once a panel of inv(L) has been multiplied with the columns before
-/// it, none of their elements in its rows is needed any more, and the packed array of a symmetric matrix has these
-/// products in their places.
+/// inv(T)' * inv(T) in the place of T, a packed lower triangle with reciprocals on its diagonal, panel by panel: once a
+/// panel of inv(T) has been multiplied with the columns before it, none of their elements in its rows is needed any more,
+/// and the packed array of a symmetric matrix has these products in their places.
+void SquareInverse(double* t, index_t n) {
+  if (n <= tiny_inverse) return kernels().square_inverse(t, n);
+  PanelScratch scratch(n);
+  double* const x = scratch.data();
+  InvertPanels(t, n, x, [&](index_t first, index_t count) noexcept {
+    if (first + count < n) kernels().store_columns(t, n, first, count, x);  // for the panels to come
+    kernels().square_columns(t, t, n, first, count, x);
+  });
+}
+
+/// inv(L)' * inv(L), in L's own array.
 SymmetricMatrix& SquareOfInverse(LowerTriangularMatrix& L) {
   const index_t n = L.ndim();
   RequireInvertibleOrder(n);
-  PanelScratch scratch(n);
   NewResult<SymmetricMatrix> S;
   if (L.capacity() != packed_count(n)) {  // the array of a dispensable operand: the result's has its exact length
     LowerTriangularMatrix exact(L);
     Access::swap_storage(L, exact);
   }
-  double* const x = scratch.data();
-  double* const t = L.data();
-  S->set_nsing(InvertDiagonal(t, n));
-  InvertPanels(t, n, x, [&](index_t first, index_t count) noexcept {
-    if (first + count < n) kernels().store_columns(t, n, first, count, x);  // for the panels to come
-    kernels().square_columns(t, t, n, first, count, x);
-  });
+  S->set_nsing(InvertDiagonal(L.data(), n));
+  SquareInverse(L.data(), n);
   Access::swap_storage(*S, L);
   return S.hand_over();
 }

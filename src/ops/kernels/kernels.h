@@ -61,6 +61,9 @@ inline constexpr kernel_index small_factor = 24;
 /// Orders up to this one: a Cholesky factor is found column by column rather than by panels.
 inline constexpr kernel_index few_columns = 40;
 
+/// Orders up to this one: the square of a triangle's inverse is formed in scalar registers.
+inline constexpr kernel_index tiny_inverse = 9;
+
 /// Rows of a U-D factor that are found together, at most.
 inline constexpr kernel_index unit_strip = 64;
 
@@ -213,9 +216,13 @@ struct Kernels {
   void (*store_columns)(double* packed, kernel_index order, kernel_index first, kernel_index count, const double* x);
 
   /// The columns of X' * X, in the upper triangle s: element (i, j) is the sum over k = j .. order - 1 of X(k, i) * X(k, j).
-  /// `packed` holds the columns of X before these.
+  /// `packed` holds the columns of X before these; it may be s.
   void (*square_columns)(double* s, const double* packed, kernel_index order, kernel_index first, kernel_index count,
                          const double* x);
+
+  /// X' * X, as above, of the inverse X of a packed lower triangle with reciprocals on its diagonal, in its place. The
+  /// order is 1 or 4 to tiny_inverse: closed forms serve 2 and 3.
+  void (*square_inverse)(double* packed, kernel_index order);
 
   /// Solves with a packed triangle of some order: x holds the right-hand side and becomes the solution, element i being
   /// (x[i] - S)/t(i, i), S the sum of t(i, k) * x[k] over what is solved already, in that order, from 0.0. Where
