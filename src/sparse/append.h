@@ -9,7 +9,7 @@
 // append(prev, i, j, v) does what target.SparseMatrixInsert(prev, i, j, v) does - same lists, same record from the
 // pool, same code 62190 - and remove(prev, e) stands for target.SparseMatrixRemove(prev, e). No column is walked:
 //
-// - A target that stores nothing when the writer comes gets its columns when the writer goes, all at once and from the
+// - A target whose lists are empty when the writer comes gets its columns when the writer goes, all at once and from the
 //   last row to the first: every element then comes to the head of its list, and nothing but the elements themselves
 //   is touched, in the order in which they lie in memory. Until then the column lists are not there. Rows may come in
 //   any order. A cell that is written twice is written again behind the first one.
@@ -92,13 +92,21 @@ class ListHints {
   SparseElement* inline_[inline_count];
 };
 
+/// No list holds anything, records that a user has linked by hand (which `used` does not count) included.
+inline bool ListsAreEmpty(const SparseMatrix& a) noexcept {
+  const auto none = [](SparseElement* const* heads, index_t count) noexcept {
+    return std::all_of(heads, heads + count, [](const SparseElement* head) { return head == nullptr; });
+  };
+  return a.used == 0 && none(a.rowHeads, a.rows) && none(a.colHeads, a.cols);
+}
+
 class RowWriter {
  public:
   enum class Columns { when_done, at_once };
 
   explicit RowWriter(SparseMatrix& target, Columns columns = Columns::when_done)
       : target_(target), records_(target), hints_(target) {
-    if (columns == Columns::at_once || target.used != 0) hints_.begin();
+    if (columns == Columns::at_once || !ListsAreEmpty(target)) hints_.begin();
   }
   RowWriter(const RowWriter&) = delete;
   RowWriter& operator=(const RowWriter&) = delete;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "support/sparse.h"
 #include "support/sums.h"
 
@@ -142,6 +144,30 @@ TEST(SparseMerge, SymmetricMatrixThatIsNotSquare) {
   RegularSparseMatrix s(2, 5);
   s += a;
   EXPECT_EQ(s(0, 3), 4.0);
+}
+
+// A record of the user's own is not counted: the matrix that holds nothing else is not a new one.
+TEST(SparseMerge, IntoAMatrixThatHoldsRecordsOfTheUserOnly) {
+  const auto column_of = [](const SparseMatrix& a, unsigned j) {
+    std::vector<unsigned> rows;
+    for (const SparseElement* e = a.colHeads[j]; e != nullptr && rows.size() < 9; e = e->nextInCol) rows.push_back(e->row);
+    return rows;
+  };
+  RegularSparseMatrix b(3, 3);
+  for (unsigned i = 0; i < 3; ++i) b.Put(i, 1, i + 1.0);
+  b.Put(1, 2, 5.0);
+  for (const bool in_row : {true, false}) {
+    RegularSparseMatrix a(3, 3);
+    SparseElement own{nullptr, nullptr, 7.0, 1, 1};
+    if (in_row) a.SparseMatrixRowInsert(1, 1, &own);
+    a.SparseMatrixColInsert(1, 1, &own);
+    a += b;
+    EXPECT_EQ(column_of(a, 1), in_row ? (std::vector<unsigned>{0, 1, 2}) : (std::vector<unsigned>{0, 1, 1, 2}));
+    EXPECT_EQ(column_of(a, 2), (std::vector<unsigned>{1}));
+    EXPECT_EQ(own.value, in_row ? 9.0 : 7.0);
+    a.SparseMatrixColRemove(&own);
+    if (in_row) a.SparseMatrixRowRemove(&own);
+  }
 }
 
 }  // namespace
