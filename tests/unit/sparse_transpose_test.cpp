@@ -71,6 +71,9 @@ TEST(SparseTranspose, CellsStoredTwice) {
   SparseElement* const e = a.GetFirstInRow(1502);
   a.SparseMatrixInsert(e, e->row, e->col, 7.0);  // in front of e in its column, behind it in its row
   ExpectSingleSteps(a);
+  RegularSparseMatrix b = Scattered();
+  b.SparseMatrixInsert(e->row, e->col, 7.0);  // in front of e in both
+  ExpectSingleSteps(b);
 }
 
 // An element that was taken out of its row list alone is still in its column.
