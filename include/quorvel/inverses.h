@@ -37,8 +37,8 @@ QUORVEL_API LowerTriangularMatrix& inv(const LowerTriangularMatrix& A, bool inPl
 /// or so the result may therefore belong to a nearby singular matrix. To solve equations use A > b, which does no such
 /// thing. When the inverse goes to a new matrix, A's own singularity count becomes 0 (kept).
 ///
-/// Throws 50940 (not ok), 40900 (not square); order 2 and 3: 50000. 4·n³ operations; n(n + 1) + 3n doubles of scratch,
-/// on the stack up to order 24. Golub, Van Loan: Matrix Computations, 5.2.
+/// Throws 50940 (not ok), 40900 (not square); order 2 and 3: 50000. 4·n³ operations; n(n + 1)/2 + 24n doubles of
+/// scratch, on the stack up to order 24 (the 24n up to 128). Golub, Van Loan: Matrix Computations, 5.2.
 QUORVEL_API RegularMatrix& inv(RegularMatrix& A, bool inPlace = false);
 QUORVEL_API RegularMatrix& inv(const RegularMatrix& A, bool inPlace = false);
 

@@ -4,16 +4,35 @@
 #include "factor/tri_inverse.h"
 
 namespace quorvel::detail {
+namespace {
 
+/// The upper triangle of a (n x n by rows) to the end of its array, packed.
+void PackAtEnd(double* a, index_t n) noexcept {
+  double* to = a + std::size_t{n} * n;
+  for (index_t i = n; i-- > 0;) {
+    to -= n - i;
+    MoveDoubles(to, a + (std::size_t{n} + 1) * i, n - i);
+  }
+}
+
+}  // namespace
+
+// R waits at the end of the inverse's array, packed: the rows of the inverse reach none of its rows but those that they
+// were made of.
 Matrix::nsing_type InvertByReflections(double* inverse, const double* a, index_t n,
                                        QrInverseScratch& scratch) noexcept {
-  const StripArrays work(scratch.data(), n, n);
-  double* const v = scratch.data() + strip_scratch(n, n);
-  double* const r = v + packed_count(n);
+  const StripArrays work(scratch.strip(n), n, n);
+  double* const v = scratch.vectors();
+  double* const r = inverse + (std::size_t{n} * n - packed_count(n));
   const kernel_offset packed = static_cast<kernel_offset>(n) - 1;
   const kernel_offset by_rows = static_cast<kernel_offset>(n);
   const Reflectors h{v, packed, 1, work.kinds};
-  TriangulariseStrips(a, n, n, work, h, r, packed, 1);
+  if (a == inverse) {
+    TriangulariseStrips(a, n, n, work, h, inverse, by_rows, 0);
+    PackAtEnd(inverse, n);
+  } else {
+    TriangulariseStrips(a, n, n, work, h, r, packed, 1);
+  }
   for (index_t j = 0; j < n; ++j) {
     if (work.kinds[j] != ReflectionKind::none && v[packed_row(j, n)] == 0.0) work.kinds[j] = ReflectionKind::none;
   }

@@ -8,19 +8,24 @@
 
 namespace quorvel::detail {
 
-/// Doubles of scratch of an inverse of order n: a strip, and the vectors and R, packed.
-constexpr std::uint64_t qr_inverse_scratch(std::uint64_t n) noexcept {
-  return strip_scratch(n, n) + 2 * packed_count(n);
-}
-
-/// Scratch of an inverse; small orders find it on the stack.
+/// Scratch of an inverse: a strip, and the vectors, packed. Small orders find all of it on the stack, those up to 128
+/// the strip. What large ones take from the heap is half as much as the matrix has: so little goes with the matrix that its
+/// memory is not given back to the system each time, to be asked for again.
 class QrInverseScratch {
  public:
-  explicit QrInverseScratch(index_t n) : doubles_(qr_inverse_scratch(n)) {}
-  double* data() noexcept { return doubles_.data(); }
+  explicit QrInverseScratch(index_t n)
+      : strip_on_stack_(strip_scratch(n, n) <= most_on_stack),
+        vectors_(packed_count(n) + (strip_on_stack_ ? 0 : strip_scratch(n, n))) {}
+  QrInverseScratch(const QrInverseScratch&) = delete;
+  QrInverseScratch& operator=(const QrInverseScratch&) = delete;
+  double* vectors() noexcept { return vectors_.data(); }
+  double* strip(index_t n) noexcept { return strip_on_stack_ ? strip_ : vectors_.data() + packed_count(n); }
 
  private:
-  WorkArea<qr_inverse_scratch(small_order)> doubles_;
+  static constexpr std::uint64_t most_on_stack = strip_scratch(128, 128);
+  bool strip_on_stack_;
+  WorkArea<packed_count(small_order)> vectors_;
+  double strip_[most_on_stack];
 };
 
 /// The inverse of `a` (n x n), which it may replace; returns the number of singular pivots of R.
