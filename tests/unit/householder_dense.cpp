@@ -221,30 +221,40 @@ TEST(HouseholderDense, DependentColumnGetsAnExactZero) {
   EXPECT_GT(A(1, 1), 0.0);
 }
 
+void ExpectElementwiseReduction(Random& random, Pattern pattern, unsigned m, unsigned n) {
+  UpperTriangularMatrix R = Filled<UpperTriangularMatrix>(pattern, random, n);
+  RegularMatrix zR = Filled<RegularMatrix>(pattern, random, n, 1u);
+  // Rows and columns beyond the m x n part are not looked at.
+  RegularMatrix A = Filled<RegularMatrix>(pattern, random, m + 2, n + 1);
+  RegularMatrix zA = Filled<RegularMatrix>(pattern, random, 1u, m + 2);
+  for (unsigned i = 0; n > 2 && i < m; ++i) A(i, 2) = 0.0;
+  Pair p{GridOf(R), {zR.data(), zR.data() + n}, GridOf(A), {zA.data(), zA.data() + m + 2}};
+  Reduce(p, m);
+  Householder_Reduction(m, R, zR, A, zA);
+  ExpectSameValues(GridOf(R), p.r, Name(pattern));
+  ExpectSameValues(GridOf(zR), GridOf(Column(p.zr)), Name(pattern));
+  ExpectSameValues(GridOf(A), p.a, Name(pattern));
+  ExpectSameValues(Transposed(GridOf(zA)), GridOf(Column(p.za)), Name(pattern));
+  digest::Feed(R);
+  digest::Feed(zR);
+  digest::Feed(A);
+  digest::Feed(zA);
+}
+
 TEST(HouseholderReduction, EqualsTheElementwiseForm) {
   Random random(552);
   for (const unsigned n : {0u, 1u, 2u, 3u, 5u, 8u, 15u, 24u, 25u, 40u}) {
     for (const unsigned m : {0u, 1u, 2u, 7u, 30u}) {
-      for (const Pattern pattern : kAllPatterns) {
-        UpperTriangularMatrix R = Filled<UpperTriangularMatrix>(pattern, random, n);
-        RegularMatrix zR = Filled<RegularMatrix>(pattern, random, n, 1u);
-        // Rows and columns beyond the m x n part are not looked at.
-        RegularMatrix A = Filled<RegularMatrix>(pattern, random, m + 2, n + 1);
-        RegularMatrix zA = Filled<RegularMatrix>(pattern, random, 1u, m + 2);
-        for (unsigned i = 0; n > 2 && i < m; ++i) A(i, 2) = 0.0;
-        Pair p{GridOf(R), {zR.data(), zR.data() + n}, GridOf(A), {zA.data(), zA.data() + m + 2}};
-        Reduce(p, m);
-        Householder_Reduction(m, R, zR, A, zA);
-        ExpectSameValues(GridOf(R), p.r, Name(pattern));
-        ExpectSameValues(GridOf(zR), GridOf(Column(p.zr)), Name(pattern));
-        ExpectSameValues(GridOf(A), p.a, Name(pattern));
-        ExpectSameValues(Transposed(GridOf(zA)), GridOf(Column(p.za)), Name(pattern));
-        digest::Feed(R);
-        digest::Feed(zR);
-        digest::Feed(A);
-        digest::Feed(zA);
-      }
+      for (const Pattern pattern : kAllPatterns) ExpectElementwiseReduction(random, pattern, m, n);
     }
+  }
+}
+
+// So many columns that they do not fit into the registers.
+TEST(HouseholderReduction, EqualsTheElementwiseFormInLongRows) {
+  Random random(558);
+  for (const unsigned n : {57u, 64u, 121u}) {
+    for (const unsigned m : {1u, 5u}) ExpectElementwiseReduction(random, Pattern::kUniform, m, n);
   }
 }
 

@@ -90,6 +90,18 @@ struct Reflectors {
   ReflectionKind* kind;
 };
 
+/// A reflection that makes column j of the rows A below a triangle R vanish, and what it needs of the columns behind
+/// j + 1: u is element j of the reflection's vector, a(i, j) are the others.
+struct Reduction {
+  double* a;  // a(0, j)
+  kernel_offset stride;
+  kernel_index rows;
+  double* r;      // R(j, j + 2)
+  double* gamma;  // that of column j + 2
+  double u, f;
+  bool negated;  // the result is
+};
+
 struct Kernels {
   const char* name;
 
@@ -259,6 +271,10 @@ struct Kernels {
   /// Copies what lies on and above the diagonal, the strip's columns being first ..; line 0 of `to` begins with column 0.
   void (*store_upper)(double* to, kernel_offset stride, kernel_offset shrink, kernel_index first, kernel_index cols,
                       const double* strip);
+
+  /// For columns k = j + 2 .. j + 1 + count: gamma[k] = (gamma[k] + u * R(j, k)) * f; R(j, k) -= u * gamma[k];
+  /// a(i, k) -= gamma[k] * a(i, j). Then gamma[k] is the sum of a(i, k) * a(i, j + 1) over increasing rows, from 0.0.
+  void (*reduce)(const Reduction& p, kernel_index count);
 };
 
 /// The instance for this processor, chosen at the first call.
