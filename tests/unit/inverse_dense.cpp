@@ -195,6 +195,14 @@ TEST(Inverse, EqualsTheLiteralComputationAtOrder100) {
   EveryKind(a);
 }
 
+// Beyond order 128 all scratch comes from the heap.
+TEST(Inverse, EqualsTheLiteralComputationAtOrder131) {
+  Random random(608);
+  Plain a(131, 131);
+  Fill(a.e.data(), a.e.size(), Pattern::kUniform, random);
+  EveryKind(a);
+}
+
 // Zeros and small whole numbers: reflections that skip rows and columns, pivots that vanish.
 TEST(Inverse, EqualsTheLiteralComputationOnSparsePatterns) {
   Random random(604);
