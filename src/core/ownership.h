@@ -47,9 +47,7 @@ class Consumed {
   Consumed(const Consumed&) = delete;
   Consumed& operator=(const Consumed&) = delete;
   ~Consumed() {
-    destroy(first_);
-    destroy(second_);
-    destroy(target_);
+    if (first_ != nullptr || second_ != nullptr || target_ != nullptr) destroy_all();
   }
 
   /// From now on the operand is not destroyed (it is the result, or has been handed on).
@@ -61,7 +59,11 @@ class Consumed {
 
  private:
   static const Matrix* pick(const Matrix& m) noexcept { return m.dispensable() ? &m : nullptr; }
-  static void destroy(const Matrix* m) noexcept { delete m; }
+  [[gnu::noinline]] void destroy_all() noexcept {
+    delete first_;
+    delete second_;
+    delete target_;
+  }
 
   const Matrix* first_;
   const Matrix* second_;

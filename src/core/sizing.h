@@ -40,12 +40,11 @@ void GiveArray(K& result, index_t rows, index_t cols, std::uint64_t count) {
   SetExtent(result, rows, cols);
 }
 
-/// SetSize(rows, cols, false) for a result whose every stored double is written next: a first array is not cleared.
+/// SizeForResult for another size than the result has, or one that is refused.
 template <class K>
-void SizeForResult(K& result, index_t rows, index_t cols) {
+void ResizeForResult(K& result, index_t rows, index_t cols) {
   constexpr bool square = !std::is_same_v<K, RegularMatrix>;
   if (Usable(result)) {
-    if (result.nrows() == rows && result.ncols() == cols) return;
     const std::uint64_t count = DoublesFor<K>(rows, cols);
     if (result.capacity() == 0 && count != 0 && (!square || rows == cols)) {
       SetExtent(result, 0, 0);
@@ -53,6 +52,13 @@ void SizeForResult(K& result, index_t rows, index_t cols) {
     }
   }
   result.SetSize(rows, cols, false);
+}
+
+/// SetSize(rows, cols, false) for a result whose every stored double is written next: a first array is not cleared.
+template <class K>
+[[gnu::always_inline]] inline void SizeForResult(K& result, index_t rows, index_t cols) {
+  if (Usable(result) && result.nrows() == rows && result.ncols() == cols) return;
+  ResizeForResult(result, rows, cols);
 }
 
 /// As Copy(source, false), for another matrix than the target.

@@ -277,8 +277,13 @@ struct Kernels {
   void (*reduce)(const Reduction& p, kernel_index count);
 };
 
-/// The instance for this processor, chosen at the first call.
-const Kernels& kernels() noexcept;
+/// The instance for this processor, chosen at the first call. (Without <atomic>: see instance.inc.)
+extern const Kernels* chosen_kernels;
+const Kernels& ChooseKernels() noexcept;
+[[gnu::always_inline]] inline const Kernels& kernels() noexcept {
+  const Kernels* const chosen = __atomic_load_n(&chosen_kernels, __ATOMIC_RELAXED);
+  return chosen != nullptr ? *chosen : ChooseKernels();
+}
 
 // The instances; not every platform has every one.
 extern const Kernels kernels_portable;

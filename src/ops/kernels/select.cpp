@@ -57,8 +57,11 @@ const Kernels& Choose() noexcept {
 
 }  // namespace
 
-const Kernels& kernels() noexcept {
+const Kernels* chosen_kernels = nullptr;
+
+const Kernels& ChooseKernels() noexcept {
   static const Kernels& chosen = Choose();  // never all ways: two threads would have to meet here
+  __atomic_store_n(&chosen_kernels, &chosen, __ATOMIC_RELAXED);
   return chosen;
 }
 
