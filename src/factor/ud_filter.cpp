@@ -17,27 +17,33 @@ bool IsVector(const RegularMatrix& h, index_t n) noexcept {
   return (h.nrows() == n && h.ncols() == 1) || (h.nrows() == 1 && h.ncols() == n);
 }
 
-/// f = U'*h, row by row of U. Few states are done sooner by elements: registers would be loaded from what the update
-/// before has just stored.
+/// f = U'*h: h[j] and the products with column j of U, from the top. Few states are done sooner by elements: registers
+/// would be loaded from what the update before has just stored.
 void TransposedTimes(const double* u, index_t n, const double* h, double* f) noexcept {
   constexpr index_t few = 8;
   if (n > few) return kernels().times_unit(u, n, h, f);
-  CopyDoubles(f, h, n);
-  for (index_t i = 0; i + 1 < n; ++i) AddScaled(f + i + 1, n - i - 1, u + packed_row(i, n) + 1, h[i]);
+  for (index_t j = 0; j < n; ++j) {
+    double sum = h[j];
+    const double* element = u + j;
+    for (index_t i = 0; i < j; ++i) {
+      sum += h[i] * *element;
+      element += n - i - 1;
+    }
+    f[j] = sum;
+  }
 }
 
 /// Bierman's update; k receives the gain. Two passes: the partial innovation variances of all columns, then U and the
 /// gain row by row, which is the packed order.
 double MeasurementUpdate(double* u, double* d, index_t n, const double* h, double r, double* k) {
-  WorkArea<4 * small_order + 1> work(4 * std::uint64_t{n} + 1);
+  WorkArea<3 * small_order> work(3 * std::uint64_t{n});
   double* const f = work.data();
   double* const v = f + n;
   double* const lambda = v + n;
   TransposedTimes(u, n, h, f);
   const Kernels& kernel = kernels();
-  const double alpha = kernel.scale_columns(d, n, f, r, smallest_pivot, v, lambda, lambda + n);
+  const double alpha = kernel.scale_columns(d, n, f, r, smallest_pivot, v, lambda);
   const bool observed = PivotPasses(alpha);
-  CopyDoubles(k, v, n);
   kernel.update_gain(u, n, lambda, v, k, observed ? alpha : 1.0);
   if (!observed) ClearDoubles(k, n);
   return alpha;

@@ -156,14 +156,14 @@ struct Kernels {
   /// f = u' * h for a unit upper triangle u (packed): f[j] = h[j] + the sum of h[i] * u(i, j), i = 0 .. j - 1 increasing.
   void (*times_unit)(const double* u, kernel_index order, const double* h, double* f);
 
-  /// The columns in a U-D filter's measurement update: v[j] = d[j] * f[j], variance[0] = r, variance[j + 1] =
-  /// variance[j] + v[j] * f[j], lambda[j] = -f[j] / variance[j], d[j] *= variance[j] / variance[j + 1]. A variance that is
-  /// not |variance| > smallest divides nothing: lambda[j] is 0.0, d[j] stays. Returns the last variance.
+  /// The columns in a U-D filter's measurement update, between partial variances w(0) = r, w(j + 1) = w(j) + v[j] * f[j]:
+  /// v[j] = d[j] * f[j], lambda[j] = -f[j] / w(j), d[j] *= w(j) / w(j + 1). A variance that is not |w| > smallest divides
+  /// nothing: lambda[j] is 0.0, d[j] stays. Returns the last variance.
   double (*scale_columns)(double* d, kernel_index order, const double* f, double r, double smallest, double* v,
-                          double* lambda, double* variance);
+                          double* lambda);
 
-  /// The rows of the unit upper triangle u (packed) there: for j = i+1 .. order - 1, u(i, j) += lambda[j] * b[i], then
-  /// b[i] += v[j] * (what u(i, j) was). At the end all b[i] are divided by `divisor`.
+  /// The rows of the unit upper triangle u (packed) there: b[i] = v[i], then for j = i+1 .. order - 1, u(i, j) +=
+  /// lambda[j] * b[i], b[i] += v[j] * (what u(i, j) was). At the end all b[i] are divided by `divisor`.
   void (*update_gain)(double* u, kernel_index order, const double* lambda, const double* v, double* b, double divisor);
 
   /// `rows` lines below a pivot line, of whole registers: l = line[col] / pivot[col] takes the place of line[col], what is
