@@ -81,7 +81,7 @@ void ReportRootOf(double least) noexcept {
 Matrix::nsing_type FactorOf(LowerTriangularMatrix& lower, const double* a, bool divide, double tolerance) noexcept {
   const index_t n = lower.ndim();
   if (n == 0) return 0;
-  if (n <= few_columns) {
+  if (n <= small_factor) {
     double least = 0.0;
     const auto singular = kernels().cholesky_few(lower.data(), a, n, divide, tolerance, least);
     ReportRootOf(least);

@@ -262,6 +262,19 @@ TEST(CholeskyDense, SingularDispensableOperand) {
   }
 }
 
+// With more columns than are found at a time, rows below a singular one still hold A.
+TEST(CholeskyDense, SingularDispensableOperandOfManyColumns) {
+  Random random(512);
+  for (unsigned n = 24; n < 64; ++n) {
+    const RankSample sample = SampleOfKnownRank(n, random);
+    const SymmetricMatrix A(SymmetricOf(sample.a));
+    const Factor expected = RowByRow(sample.a, 1e-12);
+    const LowerTriangularMatrix L(CholeskyFactor(DispensableCopy(A), 1e-12));
+    ExpectSameValues(GridOf(L), expected.l, ("order " + std::to_string(n)).c_str());
+    EXPECT_EQ(L.nsing(), sample.zeros) << "order " << n;
+  }
+}
+
 TEST(CholeskyDense, RootsConsumeTheirOperand) {
   Random random(505);
   for (const unsigned n : {0u, 1u, 5u, 30u, 61u}) {

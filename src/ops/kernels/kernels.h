@@ -55,11 +55,9 @@ struct Extent {
 
 inline constexpr kernel_index widest_panel = 24;
 
-/// Orders up to this one: what a factor needs is kept whole on the stack.
+/// Orders up to this one: what a factor needs is kept whole on the stack, and a Cholesky factor is found column by column
+/// rather than by panels.
 inline constexpr kernel_index small_factor = 24;
-
-/// Orders up to this one: a Cholesky factor is found column by column rather than by panels.
-inline constexpr kernel_index few_columns = 40;
 
 /// Orders up to this one: the square of a triangle's inverse is formed in scalar registers.
 inline constexpr kernel_index tiny_inverse = 9;
@@ -74,12 +72,13 @@ struct CholeskyPanel {
   const double* source;  // A's lower triangle, packed as the factor is; it may be the same array
   kernel_index order;
   kernel_index first, count;   // columns first .. first + count - 1, the ones before it being finished
+  kernel_index below;          // the first row that is not found with the square
   bool divide;                 // by `scale`, the root of the pivot; otherwise multiply by it, the root's reciprocal
   double tolerance;            // of pivots, when not dividing
   double least;                // of the numbers that roots were taken of, and 0.0
   bool cleared[most_columns];  // the elements of A count as 0.0
   double scale[most_columns];
-  double square[most_columns][most_columns];  // [c][r]: of row first + r and column first + c
+  alignas(64) double square[most_columns][most_columns];  // [c][r]: of row first + r and column first + c
 };
 
 /// Householder reflections I - beta * v * v', v(j) = 1: line j holds beta at [j] and v(i) at [i], i > j.
@@ -197,7 +196,7 @@ struct Kernels {
   void (*orthogonalise)(double* u, double* d, kernel_index n, double* lines, kernel_index stride, kernel_index count,
                         const double* weights, double smallest, double* scratch);
 
-  /// The Cholesky factor l of an order of 1 to few_columns; l and a are packed lower triangles, maybe the same. When
+  /// The Cholesky factor l of an order of 1 to small_factor; l and a are packed lower triangles, maybe the same. When
   /// not dividing by the pivots' roots, but multiplying by their reciprocals, a pivot less than |tolerance * a(j, j)| is
   /// singular, and its row and column 0.0. Returns how many are. `least`, 0.0 before, becomes the least number that a
   /// root was taken of, when that is negative.
@@ -213,7 +212,7 @@ struct Kernels {
   /// in the sums.
   kernel_index (*cholesky_square)(CholeskyPanel& panel, kernel_index from);
 
-  /// The rows below the finished square, of a panel of cholesky_columns columns:
+  /// The rows from panel.below on, the square being finished, of a panel of cholesky_columns columns:
   /// L(i, j) = (A(i, j) - sum over k = 0 .. j - 1 of L(i, k) * L(j, k)) * or / scale(j - first).
   void (*cholesky_rows)(const CholeskyPanel& panel);
 
