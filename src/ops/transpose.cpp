@@ -6,24 +6,46 @@
 #include "core/ownership.h"
 #include "core/sizing.h"
 #include "ops/packed_twin.h"
-#include "ops/tiled_transpose.h"
+#include "ops/views.h"
 
 using namespace quorvel::detail;
 
 namespace {
 
-void TransposeInPlace(RegularMatrix& A) {
-  const index_t m = A.nrows();
-  const index_t n = A.ncols();
-  if (m == n) {
-    const Rule<RegularMatrix> a(A);
+/// The transpose of A in an array that does not overlap A's.
+void TransposeInto(double* out, const RegularMatrix& A) noexcept {
+  const index_t m = A.nrows(), n = A.ncols();
+  kernels().transpose(out, static_cast<kernel_offset>(m), A.data(), static_cast<kernel_offset>(n), m, n);
+}
+
+/// Tiles on both sides of the diagonal change places, the upper one by way of `aside`; in a small matrix, elements.
+void TransposeSquare(double* a, index_t n) noexcept {
+  constexpr index_t tile = 32;
+  if (n < tile) {
     for (index_t i = 0; i < n; ++i) {
-      for (index_t j = i + 1; j < n; ++j) std::swap(a.store(i, j), a.store(j, i));
+      for (index_t j = i + 1; j < n; ++j) std::swap(a[i * n + j], a[j * n + i]);
     }
     return;
   }
-  RegularMatrix turned(n, m);
-  TransposeInto(A.data(), m, n, turned.data());
+  alignas(64) double aside[tile * tile];
+  const auto stride = static_cast<kernel_offset>(n);
+  for (index_t r = 0; r < n; r += tile) {
+    const index_t rows = n - r < tile ? n - r : tile;
+    for (index_t c = r; c < n; c += tile) {
+      const index_t cols = n - c < tile ? n - c : tile;
+      double* const upper = a + std::size_t{r} * n + c;
+      double* const lower = a + std::size_t{c} * n + r;
+      kernels().transpose(aside, tile, upper, stride, rows, cols);
+      if (c != r) kernels().transpose(upper, stride, lower, stride, cols, rows);
+      kernels().copy_lines(TargetOf(lower, stride), FactorOf(aside, tile), cols, rows);
+    }
+  }
+}
+
+void TransposeInPlace(RegularMatrix& A) {
+  if (A.nrows() == A.ncols()) return TransposeSquare(A.data(), A.nrows());
+  RegularMatrix turned(A.ncols(), A.nrows());
+  TransposeInto(turned.data(), A);
   A.Swap(turned);
 }
 
@@ -34,7 +56,7 @@ RegularMatrix& transpose(RegularMatrix& A, RegularMatrix* out) {
   if (out == nullptr && A.dispensable()) out = &A;
   if (out == nullptr) {
     auto result = NewResult<RegularMatrix>::sized(A.ncols(), A.nrows());
-    TransposeInto(A.data(), A.nrows(), A.ncols(), result->data());
+    TransposeInto(result->data(), A);
     return result.hand_over();
   }
   Consumed operands(A, *out);
@@ -43,7 +65,7 @@ RegularMatrix& transpose(RegularMatrix& A, RegularMatrix* out) {
   } else {
     if (!out->ok()) operands.release(*out);  // the check of SetSize destroys it
     out->SetSize(A.ncols(), A.nrows(), false);
-    TransposeInto(A.data(), A.nrows(), A.ncols(), out->data());
+    TransposeInto(out->data(), A);
   }
   operands.release(*out);
   return *out;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "support/allocations.h"
 #include "support/make.h"
 #include "support/plain.h"
@@ -46,6 +48,25 @@ TEST(Transpose, SquareInPlaceAllocatesNothing) {
   transpose(a, &a);
   EXPECT_EQ(Allocations() - before, 0);
   EXPECT_TRUE(Same(a, PlainOf(Regular(2, 2, {1, 3, 2, 4}))));
+}
+
+// Larger ones, which are turned in tiles; where there is no whole tile, some elements are written twice.
+TEST(Transpose, InTiles) {
+  const std::pair<unsigned, unsigned> sizes[] = {{33, 33}, {40, 40}, {54, 57}, {64, 64},  {71, 69},
+                                                 {100, 3}, {3, 1200}, {1, 90}, {9, 700}, {131, 131}};
+  for (const auto& [m, n] : sizes) {
+    SCOPED_TRACE(::testing::Message() << m << " x " << n);
+    RegularMatrix a(m, n);
+    for (unsigned k = 0; k < m * n; ++k) a.data()[k] = k;
+    const Held<RegularMatrix> t(transpose(a));
+    RegularMatrix in_place(a);
+    transpose(in_place, &in_place);
+    for (const RegularMatrix* const turned : {&*t, &in_place}) {
+      ASSERT_EQ(turned->nrows(), n);
+      ASSERT_EQ(turned->ncols(), m);
+      for (unsigned k = 0; k < m * n; ++k) ASSERT_EQ(turned->data()[k % n * m + k / n], k);
+    }
+  }
 }
 
 TEST(Sym, TakesTheUpperTriangle) {
