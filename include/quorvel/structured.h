@@ -21,9 +21,10 @@
 
 // ---------------------------------------------------------------------------------------------------------------------
 /// ATA(A) = A' A: normal matrix, information of unweighted observations. A is m x n, the result of order n:
-/// (i, j) = sum over k of A(k, i) * A(k, j). Throws 50320.
+/// (i, j) = sum over k of A(k, i) * A(k, j). Throws 50320; 10680 when memory is exhausted.
 ///
-/// Cost: m n(n + 1)/2 multiplications; allocates the result only.
+/// Cost: m n(n + 1)/2 multiplications. Allocates the result only; where A is dense and m and n are 500 or more, also
+/// scratch of 128 m doubles, in which rows of A' lie one behind the other.
 ///
 ///     SymmetricMatrix N(ATA(A));
 [[nodiscard]] QUORVEL_API SymmetricMatrix& ATA(const RegularMatrix& A);

@@ -2,8 +2,8 @@
 //
 // w is kept transposed (line k holds w(k) of all rows i of the strip), so that the strip lies across the registers in
 // both products:  w'(k, i) = sum Q(k, t) X'(t, i)  and  s(j, i) = sum X(j, t) w'(t, i), j >= i.
-// (In the second one of a single strip, the lines of an X given by its columns lie across as well: then s is written as
-// it is stored, line by line.)
+// (In the second one of a single strip, or of wide ones of a large s, the lines of an X given by its columns lie across
+// as well: then s is written as it is stored, line by line.)
 #include "ops/congruence.h"
 
 namespace quorvel::detail {
@@ -15,6 +15,7 @@ constexpr unsigned long_lines = 4096;
 constexpr unsigned narrow_strip = 8;
 constexpr unsigned wide_strip = 3 * strip;
 constexpr unsigned many_rows = 8 * strip;  // each strip reads all of X and Q: of so many rows fewer, wider ones
+constexpr unsigned large_result = 400;     // its lines lie far apart: better one is written after the other
 using StripScratch = SmallScratch<strip * stack_lines>;
 
 /// Rows of the result in a strip, and the length of a line of its scratch. On the heap w is no wider than the result;
@@ -34,8 +35,11 @@ void ByStrips(SymmetricMatrix& s, const Factor& x, unsigned width, unsigned n, u
   for (unsigned begin = 0; begin < n; begin += width) {
     const unsigned end = n - begin < width ? n : begin + width;
     fill_strip(w, begin, end);
-    if (x.form == Form::by_columns && end - begin == n) {
-      MultiplyFactors(UpperTarget(s), Transposed(FactorOf(w, width)), Transposed(x), n, n, m);
+    const bool by_rows = end - begin == n || (width == wide_strip && n >= large_result);
+    if (by_rows && x.form == Form::by_columns) {
+      Factor columns = Transposed(x);
+      columns.first += begin;
+      MultiplyFactors(TrailingTarget(s, begin), Transposed(FactorOf(w, width)), columns, end - begin, n - begin, m);
     } else {
       kernels().multiply(LowerTarget(s), 0, x, FactorOf(w, width), begin, {begin, n, begin, end, m});
     }

@@ -27,19 +27,19 @@ auto FilledBy(const Factor& a, const Factor& b, index_t n, index_t p, index_t m)
 }
 
 /// Columns of A that are laid out by rows together, and the order from which on that is sooner done than reading across
-/// lines that lie far apart: each of them is on a page of its own.
-constexpr index_t columns_at_once = 256;
-constexpr index_t far_apart = 400;
+/// lines that lie far apart: each of them is on a page of its own. Of A' A only half is formed.
+constexpr index_t columns_at_once = 256, columns_of_half = 128;
+constexpr index_t far_apart = 400, far_apart_of_half = 500;
 
-/// c = A' B, some rows of A' at a time being laid out by rows.
-void FillDistantATB(RegularMatrix& c, const RegularMatrix& a, const Factor& b) {
-  const index_t n = a.ncols(), p = c.ncols(), m = a.nrows();
-  const auto scratch = detail::Scratch(std::uint64_t{columns_at_once} * m);
-  for (index_t begin = 0; begin < n; begin += columns_at_once) {
-    const index_t count = n - begin < columns_at_once ? n - begin : columns_at_once;
+/// multiply(begin, count, x) for `most` rows of A' at a time, from `begin` on, which are laid out by rows in x.
+template <class MultiplyRows>
+void ByRowsOfTranspose(const RegularMatrix& a, index_t most, MultiplyRows multiply) {
+  const index_t n = a.ncols(), m = a.nrows();
+  const auto scratch = detail::Scratch(std::uint64_t{most} * m);
+  for (index_t begin = 0; begin < n; begin += most) {
+    const index_t count = n - begin < most ? n - begin : most;
     detail::kernels().transpose(scratch.get(), m, a.data() + begin, n, m, count);
-    double* const rows = c.data() + static_cast<std::size_t>(begin) * p;
-    detail::MultiplyFactors(detail::TargetOf(rows, p), FactorOf(scratch.get(), m), b, count, p, m);
+    multiply(begin, count, FactorOf(scratch.get(), m));
   }
 }
 
@@ -54,6 +54,17 @@ void FillSquare(SymmetricMatrix& s, const Factor& x, index_t n, index_t m) noexc
   detail::MultiplyFactors(target, x, Transposed(x), n, n, m);
 }
 
+/// s = A' A.
+void FillATA(SymmetricMatrix& s, const RegularMatrix& a) {
+  const index_t n = a.ncols(), m = a.nrows();
+  if (n < far_apart_of_half || m < far_apart_of_half) return FillSquare(s, Transposed(FactorOf(a)), n, m);
+  ByRowsOfTranspose(a, columns_of_half, [&s, &a, n, m](index_t begin, index_t count, const Factor& x) {
+    Factor columns = FactorOf(a);
+    columns.first += begin;
+    detail::MultiplyFactors(detail::TrailingTarget(s, begin), x, columns, count, n - begin, m);
+  });
+}
+
 /// c = A' B and c = A B'; a diagonal operand gives one term per element.
 void FillATB(RegularMatrix& c, const RegularMatrix& a, const DiagonalMatrix& b) noexcept {
   const Rule<RegularMatrix> x(a);
@@ -62,8 +73,13 @@ void FillATB(RegularMatrix& c, const RegularMatrix& a, const DiagonalMatrix& b) 
 template <class B>
 void FillATB(RegularMatrix& c, const RegularMatrix& a, const B& b) {
   const index_t n = a.ncols(), p = b.ncols(), m = a.nrows();
-  if (n >= far_apart && p >= far_apart && m >= far_apart) return FillDistantATB(c, a, FactorOf(b));
-  detail::MultiplyFactors(detail::TargetOf(c), Transposed(FactorOf(a)), FactorOf(b), n, p, m);
+  if (n < far_apart || p < far_apart || m < far_apart) {
+    return detail::MultiplyFactors(detail::TargetOf(c), Transposed(FactorOf(a)), FactorOf(b), n, p, m);
+  }
+  ByRowsOfTranspose(a, columns_at_once, [&c, &b, p, m](index_t begin, index_t count, const Factor& x) {
+    double* const rows = c.data() + static_cast<std::size_t>(begin) * p;
+    detail::MultiplyFactors(detail::TargetOf(rows, p), x, FactorOf(b), count, p, m);
+  });
 }
 void FillABT(RegularMatrix& c, const DiagonalMatrix& a, const RegularMatrix& b) noexcept {
   const Rule<RegularMatrix> x(b);
@@ -130,7 +146,7 @@ double WeightedNorm(const RegularMatrix& a, const P& p) {
   R& ATA(const K& A) { \
     detail::RequireSameRows(A, A, code::product); \
     const index_t n = A.ncols(); \
-    return NewProduct<R>(A, A, n, n, [&](R& s) { FillSquare(s, Transposed(FactorOf(A)), n, A.nrows()); }); \
+    return NewProduct<R>(A, A, n, n, [&](R& s) { FillATA(s, A); }); \
   }
 QUORVEL_DENSE_ATA(QUORVEL_DEFINE)
 #undef QUORVEL_DEFINE

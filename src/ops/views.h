@@ -2,6 +2,7 @@
 #ifndef QUORVEL_OPS_VIEWS_H
 #define QUORVEL_OPS_VIEWS_H
 
+#include "core/packed.h"
 #include "ops/kernels/kernels.h"
 #include "quorvel/LowerTriangularMatrix.h"
 #include "quorvel/RegularMatrix.h"
@@ -49,6 +50,11 @@ inline Target UpperTarget(SquareMatrix& a) noexcept {
 }
 inline Target LowerTarget(SquareMatrix& a) noexcept {
   return {a.data(), static_cast<kernel_offset>(a.ndim()) - 1, 1, Form::by_columns, Shape::lower};
+}
+/// The upper triangle from row and column `begin` on: it is a packed array itself.
+inline Target TrailingTarget(SymmetricMatrix& a, kernel_index begin) noexcept {
+  return {a.data() + packed_row(begin, a.ndim()), static_cast<kernel_offset>(a.ndim() - begin) - 1, 1, Form::by_rows,
+          Shape::upper};
 }
 inline Target TargetOf(SymmetricMatrix& a) noexcept { return UpperTarget(a); }
 inline Target TargetOf(UpperTriangularMatrix& a) noexcept { return UpperTarget(a); }

@@ -86,10 +86,11 @@ TEST(ProductFailures, GramForms) {
   }
 }
 
-// From this size on A' B takes scratch beside its result.
+// From this size on A' B and A' A take scratch beside their results.
 TEST(ProductFailures, DistantLines) {
-  const RegularMatrix a(400, 400), b(400, 400);
+  const RegularMatrix a(400, 400), b(400, 400), c(500, 500);
   FailEachAllocation("ATB", [&] { return [&x = DispensableCopy(a), &b] { Drop(ATB(x, b)); }; });
+  FailEachAllocation("ATA", [&] { return [&x = DispensableCopy(c)] { Drop(ATA(x)); }; });
 }
 
 // The result of Mult is as good as before when no memory is left for it; one that is an operand and dispensable dies.

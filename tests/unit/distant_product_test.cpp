@@ -1,5 +1,5 @@
-// A' B where the lines of A lie so far apart that some rows of A' at a time are laid out one behind the other: the same
-// sums on both sides of that size, and the scratch that is promised.
+// A' B and A' A where the lines of A lie so far apart that some rows of A' at a time are laid out one behind the other:
+// the same sums on both sides of that size, and the scratch that is promised.
 
 #include <gtest/gtest.h>
 
@@ -52,7 +52,32 @@ void CheckSizes(unsigned m, unsigned n, unsigned p, long allocations) {
   Check(a, b, allocations);
 }
 
+// The same for A' A, whose strips have 128 rows.
+void CheckSquare(unsigned m, unsigned n, long allocations) {
+  SCOPED_TRACE(::testing::Message() << n << " x " << m);
+  RegularMatrix a(m, n);
+  FillWithValues(a, 3);
+  const long before = Allocations();
+  SymmetricMatrix& formed = ATA(a);
+  EXPECT_EQ(Allocations() - before, allocations);
+  const SymmetricMatrix s(formed);
+  ASSERT_EQ(s.ndim(), n);
+  for (const unsigned i : {0u, 9u, 127u, 128u, 383u, n - 1}) {
+    for (unsigned j = i; j < n; ++j) {
+      const double expected = Sum(a, a, i, j), found = s(i, j);
+      ASSERT_EQ(std::memcmp(&found, &expected, sizeof found), 0) << i << " " << j;
+    }
+  }
+}
+
 }  // namespace
+
+TEST(DistantProduct, SquareWithAndWithoutScratch) {
+  CheckSquare(499, 500, 2);
+  CheckSquare(500, 499, 2);
+  CheckSquare(500, 500, 3);
+  CheckSquare(509, 513, 3);  // the last strip is one row
+}
 
 TEST(DistantProduct, SameSumsWithAndWithoutScratch) {
   CheckSizes(399, 400, 400, 2);

@@ -117,6 +117,8 @@ TEST(LongCongruences, OfManyRows) {
   CheckRow(65, 191, {0u, 24u, 190u});
   CheckRow(65, 192, {0u, 71u, 72u, 150u, 191u});
   CheckRow(130, 221, {5u, 143u, 144u, 217u, 220u});
+  CheckRow(66, 399, {72u, 398u});
+  CheckRow(66, 433, {0u, 71u, 72u, 360u, 432u});
 }
 
 // No more scratch than the operand with few unknowns, and 8 lines of it with many, of a full Q 24 or 72.
