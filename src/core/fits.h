@@ -10,40 +10,40 @@
 namespace quorvel::detail {
 
 /// Nothing is pending, and the matrices are ok.
-[[gnu::always_inline]] inline bool Usable(const Matrix& a) noexcept { return pending_code == 0 && a.ok(); }
-[[gnu::always_inline]] inline bool Usable(const Matrix& a, const Matrix& b) noexcept { return Usable(a) && b.ok(); }
+__attribute__((always_inline)) inline bool Usable(const Matrix& a) noexcept { return pending_code == 0 && a.ok(); }
+__attribute__((always_inline)) inline bool Usable(const Matrix& a, const Matrix& b) noexcept { return Usable(a) && b.ok(); }
 
-[[gnu::always_inline]] inline void RequireOk(const Matrix& a, int code) {
+__attribute__((always_inline)) inline void RequireOk(const Matrix& a, int code) {
   if (!Usable(a)) a.ThrowNotOk(code);
 }
 
 template <class A>
-[[gnu::always_inline]] inline void RequireSquareShape(const A& a, int code) {
+__attribute__((always_inline)) inline void RequireSquareShape(const A& a, int code) {
   if (!Usable(a) || a.nrows() != a.ncols()) a.ThrowNotSquare(code);
 }
 
 template <class A, class B>
-[[gnu::always_inline]] inline void RequireSameRows(const A& a, const B& b, int code) {
+__attribute__((always_inline)) inline void RequireSameRows(const A& a, const B& b, int code) {
   if (!Usable(a, b) || a.nrows() != b.nrows()) a.ThrowNotSameRows(code, b);
 }
 
 template <class A, class B>
-[[gnu::always_inline]] inline void RequireSameCols(const A& a, const B& b, int code) {
+__attribute__((always_inline)) inline void RequireSameCols(const A& a, const B& b, int code) {
   if (!Usable(a, b) || a.ncols() != b.ncols()) a.ThrowNotSameCols(code, b);
 }
 
 template <class A, class B>
-[[gnu::always_inline]] inline void RequireSameDim(const A& a, const B& b, int code) {
+__attribute__((always_inline)) inline void RequireSameDim(const A& a, const B& b, int code) {
   if (!Usable(a, b) || a.nrows() != b.nrows() || a.ncols() != b.ncols()) a.ThrowNotSameDim(code, b);
 }
 
 /// The columns of a are the rows of b.
 template <class A, class B>
-[[gnu::always_inline]] inline void RequireProduct(const A& a, const B& b, int code) {
+__attribute__((always_inline)) inline void RequireProduct(const A& a, const B& b, int code) {
   if (!Usable(a, b) || a.ncols() != b.nrows()) a.ThrowProduct(code, b);
 }
 
-[[gnu::always_inline]] inline void RequireAssignable(Matrix& target, const Matrix& source, int code) {
+__attribute__((always_inline)) inline void RequireAssignable(Matrix& target, const Matrix& source, int code) {
   if (!Usable(target, source)) target.ThrowEquals(code, source);
 }
 

@@ -56,7 +56,7 @@ void ResizeForResult(K& result, index_t rows, index_t cols) {
 
 /// SetSize(rows, cols, false) for a result whose every stored double is written next: a first array is not cleared.
 template <class K>
-[[gnu::always_inline]] inline void SizeForResult(K& result, index_t rows, index_t cols) {
+__attribute__((always_inline)) inline void SizeForResult(K& result, index_t rows, index_t cols) {
   if (Usable(result) && result.nrows() == rows && result.ncols() == cols) return;
   ResizeForResult(result, rows, cols);
 }

@@ -279,7 +279,7 @@ struct Kernels {
 /// The instance for this processor, chosen at the first call. (Without <atomic>: see instance.inc.)
 extern const Kernels* chosen_kernels;
 const Kernels& ChooseKernels() noexcept;
-[[gnu::always_inline]] inline const Kernels& kernels() noexcept {
+__attribute__((always_inline)) inline const Kernels& kernels() noexcept {
   const Kernels* const chosen = __atomic_load_n(&chosen_kernels, __ATOMIC_RELAXED);
   return chosen != nullptr ? *chosen : ChooseKernels();
 }
