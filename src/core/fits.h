@@ -11,7 +11,9 @@ namespace quorvel::detail {
 
 /// Nothing is pending, and the matrices are ok.
 __attribute__((always_inline)) inline bool Usable(const Matrix& a) noexcept { return pending_code == 0 && a.ok(); }
-__attribute__((always_inline)) inline bool Usable(const Matrix& a, const Matrix& b) noexcept { return Usable(a) && b.ok(); }
+__attribute__((always_inline)) inline bool Usable(const Matrix& a, const Matrix& b) noexcept {
+  return Usable(a) && b.ok();
+}
 
 __attribute__((always_inline)) inline void RequireOk(const Matrix& a, int code) {
   if (!Usable(a)) a.ThrowNotOk(code);
