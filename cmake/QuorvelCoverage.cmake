@@ -5,8 +5,8 @@ if(QUORVEL_COVERAGE)
   target_sources(quorvel_objects PRIVATE "${PROJECT_SOURCE_DIR}/tools/coverage/keep_counts.cpp")
   target_compile_options(quorvel_objects PRIVATE --coverage)
   # Each inlined copy would be counted by itself.
-  file(GLOB kernels "${PROJECT_SOURCE_DIR}/src/ops/kernels/*.cpp")
-  set_property(SOURCE ${kernels} APPEND PROPERTY COMPILE_DEFINITIONS always_inline=)
+  target_compile_definitions(quorvel_objects PRIVATE always_inline=)
+  target_compile_definitions(QuorvelStatic INTERFACE always_inline=)
   target_link_options(Quorvel PRIVATE --coverage)
   # The tests of internals bring their own copies of what stands in headers, and the linker may keep those: counted, too.
   target_compile_options(QuorvelStatic INTERFACE --coverage)
